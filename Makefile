@@ -1,0 +1,63 @@
+# Set-up, build and test entry points.  See README.md.
+SHELL := /bin/bash
+MAKEFLAGS += --no-print-directory
+.SHELLFLAGS := -eu -o pipefail -c
+
+BUILD     := build
+ASAN      := build-asan
+JOBS      ?= 2
+APT_PKGS  := cmake g++ libboost-dev libgtest-dev libbenchmark-dev
+
+.PHONY: all deps build run test bench clean
+
+all: build
+
+deps:
+	@missing=""; \
+	command -v cmake >/dev/null 2>&1 || missing="$$missing cmake"; \
+	command -v g++ >/dev/null 2>&1 || missing="$$missing g++"; \
+	[ -f /usr/include/boost/property_tree/ini_parser.hpp ] || missing="$$missing boost"; \
+	if [ ! -f /usr/include/gtest/gtest.h ] \
+	   && ! ls /usr/lib/cmake/GTest/GTestConfig.cmake /usr/lib/*/cmake/GTest/GTestConfig.cmake >/dev/null 2>&1; then \
+	  missing="$$missing gtest"; \
+	fi; \
+	[ -f /usr/include/benchmark/benchmark.h ] || missing="$$missing benchmark"; \
+	if [ -n "$$missing" ]; then \
+	  echo "missing:$$missing"; \
+	  if [ "$$(id -u)" = 0 ]; then \
+	    apt-get update && DEBIAN_FRONTEND=noninteractive apt-get install -y $(APT_PKGS); \
+	  else \
+	    echo "run: sudo apt-get install -y $(APT_PKGS)"; \
+	    exit 1; \
+	  fi; \
+	fi
+
+build: deps
+	@if [ ! -f $(BUILD)/CMakeCache.txt ]; then \
+	  cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release; \
+	fi
+	cmake --build $(BUILD) -j$(JOBS)
+
+run: build
+	cd examples && ../$(BUILD)/drillasm
+
+test: build
+	ctest --test-dir $(BUILD) --output-on-failure -j$(JOBS)
+	@if [ ! -f $(ASAN)/CMakeCache.txt ]; then \
+	  cmake -S . -B $(ASAN) -DCMAKE_BUILD_TYPE=Debug -DDRILLASM_SANITIZE=ON; \
+	fi
+	cmake --build $(ASAN) -j$(JOBS)
+	ctest --test-dir $(ASAN) --output-on-failure -j$(JOBS)
+
+bench: build
+	@found=0; \
+	for b in $(BUILD)/bench/bench_*; do \
+	  [ -x "$$b" ] || continue; \
+	  found=1; \
+	  echo "== $$b"; \
+	  "$$b"; \
+	done; \
+	[ "$$found" = 1 ] || echo "no benchmarks built (bench/*.cpp, Google Benchmark)"
+
+clean:
+	rm -rf $(BUILD) $(ASAN)
