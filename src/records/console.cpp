@@ -1,0 +1,201 @@
+#include "records/console.h"
+
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+
+namespace con {
+
+Stream out;
+
+namespace {
+
+std::string g_outBuf;
+std::string* g_capture = nullptr;
+
+void WriteAll(const char* p, size_t n) {
+  while (n > 0) {
+    ssize_t w = ::write(1, p, n);
+    if (w < 0) {
+      if (errno == EINTR) continue;
+      return;  // nowhere to report a broken console
+    }
+    p += w;
+    n -= static_cast<size_t>(w);
+  }
+}
+
+struct Reader {
+  std::string buf;
+  size_t pos = 0;
+  bool fromString = false;
+  bool fakeTerminal = false;
+  bool cutPending = false;  // IN cut a line; its rest waits for Rewind
+
+  bool Terminal() const { return fromString ? fakeTerminal : ::isatty(0) == 1; }
+
+  // Makes at least one unread byte available; false at the end of input.
+  bool Fill() {
+    if (pos < buf.size()) return true;
+    if (fromString) return false;
+    buf.clear();
+    pos = 0;
+    char tmp[4096];
+    for (;;) {
+      ssize_t r = ::read(0, tmp, sizeof tmp);
+      if (r < 0 && errno == EINTR) continue;
+      if (r <= 0) return false;
+      buf.assign(tmp, static_cast<size_t>(r));
+      return true;
+    }
+  }
+
+  // Reads up to the line end or maxBytes. `got` tells whether anything at all
+  // (a byte or a line end) was read.
+  std::string Line(size_t maxBytes, bool& got, bool& cut) {
+    std::string s;
+    got = false;
+    cut = false;
+    for (;;) {
+      if (!Fill()) break;
+      char c = buf[pos];
+      if (c == '\n') {
+        ++pos;
+        got = true;
+        break;
+      }
+      if (s.size() >= maxBytes) {
+        cut = true;
+        break;
+      }
+      s.push_back(c);
+      ++pos;
+      got = true;
+    }
+    if (!s.empty() && s.back() == '\r') s.pop_back();
+    return s;
+  }
+
+  // Skips white space; false at the end of input.
+  bool SkipWs() {
+    for (;;) {
+      if (!Fill()) return false;
+      char c = buf[pos];
+      if (c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f') {
+        ++pos;
+        continue;
+      }
+      return true;
+    }
+  }
+};
+
+Reader g_in;
+
+std::string AtEnd() {
+  if (!g_in.Terminal()) EndProgram();
+  return std::string();
+}
+
+}  // namespace
+
+void Flush() {
+  if (g_outBuf.empty()) return;
+  if (g_capture) {
+    g_capture->append(g_outBuf);
+  } else {
+    WriteAll(g_outBuf.data(), g_outBuf.size());
+  }
+  g_outBuf.clear();
+}
+
+void SetCapture(std::string* sink) {
+  Flush();
+  g_capture = sink;
+}
+
+Stream& Stream::operator<<(std::string_view s) {
+  g_outBuf.append(s);
+  if (s.find('\n') != std::string_view::npos || g_outBuf.size() > 65536) Flush();
+  return *this;
+}
+
+Stream& Stream::operator<<(wview s) { return *this << std::string_view(U16ToUtf8(s)); }
+
+Stream& Stream::operator<<(long long n) { return *this << std::string_view(std::to_string(n)); }
+
+Stream& Stream::operator<<(double d) {
+  char buf[64];
+  std::snprintf(buf, sizeof buf, "%g", d);
+  return *this << std::string_view(buf);
+}
+
+Stream& Stream::operator<<(EndlT) { return *this << std::string_view("\n"); }
+
+std::string ReadLine(size_t maxBytes) {
+  Flush();
+  bool got = false, cut = false;
+  std::string s = g_in.Line(maxBytes, got, cut);
+  if (!got) return AtEnd();
+  return s;
+}
+
+std::string ReadLineSkipWs(size_t maxBytes) {
+  Flush();
+  if (!g_in.SkipWs()) return AtEnd();
+  return ReadLine(maxBytes);
+}
+
+std::string ReadWord(size_t maxBytes) {
+  Flush();
+  if (!g_in.SkipWs()) return AtEnd();
+  std::string s;
+  while (s.size() < maxBytes && g_in.Fill()) {
+    char c = g_in.buf[g_in.pos];
+    if (c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f') break;
+    s.push_back(c);
+    ++g_in.pos;
+  }
+  return s;
+}
+
+std::optional<std::string> ReadLineForIn(size_t maxBytes, bool& cut) {
+  Flush();
+  bool got = false;
+  std::string s = g_in.Line(maxBytes, got, cut);
+  if (cut) g_in.cutPending = true;
+  if (!got) return std::nullopt;
+  return s;
+}
+
+void Rewind() {
+  if (g_in.Terminal() && !g_in.fromString) {
+    ::tcflush(0, TCIFLUSH);
+    g_in.buf.clear();
+    g_in.pos = 0;
+  } else if (g_in.cutPending) {
+    bool got = false, cut = true;
+    while (cut) g_in.Line(4096, got, cut);
+  }
+  g_in.cutPending = false;
+}
+
+bool IsTerminal() { return g_in.Terminal(); }
+
+void EndProgram() {
+  Flush();
+  throw InputEnded{};
+}
+
+void SetInputForTest(std::string_view data, bool terminal) {
+  g_in.buf.assign(data);
+  g_in.pos = 0;
+  g_in.fromString = true;
+  g_in.fakeTerminal = terminal;
+  g_in.cutPending = false;
+}
+
+}  // namespace con

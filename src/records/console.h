@@ -1,0 +1,89 @@
+// The console: the one writer of everything the learner sees and the one
+// reader of standard input.
+//
+// Output is UTF-8 from narrow (UTF-8) or 16-bit text. It is flushed at every
+// line end and before every read, so messages and typed input stay in order.
+// Tests can capture it into a string.
+//
+// Input goes through one buffered reader, so that nothing typed ahead is lost
+// between the menus, the prompts and IN. When standard input is not a terminal
+// and has ended, a read for a menu, a prompt or a file name ends the program
+// at once with status 0 (as closing the console window did). On a terminal,
+// Ctrl+D is an end of file that the next read clears.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "records/text.h"
+
+namespace con {
+
+struct EndlT {};
+inline constexpr EndlT endl{};
+
+class Stream {
+ public:
+  Stream& operator<<(std::string_view s);
+  Stream& operator<<(const std::string& s) { return *this << std::string_view(s); }
+  Stream& operator<<(const char* s) { return *this << std::string_view(s); }
+  Stream& operator<<(wview s);
+  Stream& operator<<(const wstr& s) { return *this << wview(s); }
+  Stream& operator<<(const char16_t* s) { return *this << wview(s); }
+  Stream& operator<<(char c) { return *this << std::string_view(&c, 1); }
+  Stream& operator<<(char16_t c) { return *this << wview(&c, 1); }
+  Stream& operator<<(int n) { return *this << static_cast<long long>(n); }
+  Stream& operator<<(long n) { return *this << static_cast<long long>(n); }
+  Stream& operator<<(long long n);
+  Stream& operator<<(unsigned n) { return *this << static_cast<long long>(n); }
+  Stream& operator<<(unsigned long n) { return *this << static_cast<long long>(n); }
+  Stream& operator<<(double d);
+  Stream& operator<<(EndlT);
+};
+
+// The one output stream: con::out << u"..." << 5 << con::endl;
+extern Stream out;
+
+void Flush();
+
+// Redirects all output into *sink (nullptr: back to standard output).
+void SetCapture(std::string* sink);
+
+// Reads the rest of the current input line, at most maxBytes bytes; the rest
+// of a longer line stays for the next read. A CR before the line end is
+// dropped. At the end of input: ends the program on a pipe, returns "" on a
+// terminal.
+std::string ReadLine(size_t maxBytes);
+
+// Skips white space (line ends included), then reads as ReadLine.
+std::string ReadLineSkipWs(size_t maxBytes);
+
+// Skips white space, then reads one blank-delimited word of at most maxBytes
+// bytes. The line end behind the word stays unread.
+std::string ReadWord(size_t maxBytes);
+
+// The reader of IN: one line of at most maxBytes bytes, without ending the
+// program at the end of input (nullopt there). `cut` tells whether the line
+// was longer than maxBytes; its rest stays until Rewind.
+std::optional<std::string> ReadLineForIn(size_t maxBytes, bool& cut);
+
+// "Rewind of standard input": on a terminal, discards typed-ahead input; on a
+// pipe, discards the rest of a line that IN cut. Clears the end of file.
+void Rewind();
+
+bool IsTerminal();
+
+// Thrown when a read for a menu, a prompt or a file name meets the end of a
+// standard input that is not a terminal. `main` catches it and ends the
+// program with status 0, so nothing further is written.
+struct InputEnded {};
+
+// Flushes the output and throws InputEnded.
+[[noreturn]] void EndProgram();
+
+// For tests: feeds the reader from a string instead of standard input.
+// `terminal` makes the reader behave as on a terminal.
+void SetInputForTest(std::string_view data, bool terminal = false);
+
+}  // namespace con
