@@ -1,0 +1,4 @@
+// Stubs of the line-scanner stages, until their real bodies land.
+#include "records/stages.h"
+void CopyRawLinesNW() {}
+int editNWB() { return 0; }

@@ -1,0 +1,48 @@
+// The stages of one pass, in the order in which the pipeline calls them.
+// Each returns an integer; a negative value stops the pass at once. `game`
+// is the main object, whose counters the gates read after Sum.
+#pragma once
+
+#include <string>
+
+#include "records/records.h"
+
+class Tcomet2;
+
+// Loading: shows the main menu and, if it chose a file, reads it into
+// vecSrcW. Returns the menu's value when not 0; else 0 when the file was
+// read and 1 when it was not.
+int LoadSourceW(std::string& fileName);
+
+// Line scanner.
+void CopyRawLinesNW();
+int editNWB();
+
+// START and END pairing.
+int StartEnd10W();
+int StartEnd20NW();
+int StartEndNW(int prg);
+int CutCommentNW(int prg);
+int IsAnySrcOutsideStartEndNW();
+
+// Program names.
+int CkPrgNameNW(int prg);
+int CkPrgNameDoubleNW();
+int CkPrgNameInUseNW();
+
+// The per-line analysis of all programs.
+int Fight12NW(TDiagBase& game);
+int CkLabelInUseNW();
+
+// Link and memory image.
+int Link31NWGM(TDiagBase& game);
+
+// The run.
+int Run3NW(Tcomet2& mc);
+
+// Writes a report file and shows its hint.
+int DspRegMry70NW(Tcomet2& mc, const std::string& reportName);
+
+// The gate's sum: for each of the four counters, game's counter := the same
+// counter of TFileData + b + cs.
+void Sum(TDiagBase& game);
