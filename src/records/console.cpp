@@ -172,8 +172,8 @@ std::optional<std::string> ReadLineForIn(size_t maxBytes, bool& cut) {
 }
 
 void Rewind() {
-  if (g_in.Terminal() && !g_in.fromString) {
-    ::tcflush(0, TCIFLUSH);
+  if (g_in.Terminal()) {
+    if (!g_in.fromString) ::tcflush(0, TCIFLUSH);
     g_in.buf.clear();
     g_in.pos = 0;
   } else if (g_in.cutPending) {
