@@ -84,6 +84,9 @@ struct LiteConstT {
   int32_t liteRlAdr = 0;
   int32_t liteAbAdr = 0;
   std::vector<LiteCharT<S>> liteChars;
+  S liteText;               // the literal as written, with its "="
+  int32_t liteWordKazu = 0;  // 1 for a number, the characters of a string
+  std::string liteKind;     // "LiteDecConst", "LiteHexConst", "LiteCharConst"
 };
 
 template <class S>
