@@ -8,8 +8,21 @@
 
 #include "records/text.h"
 
+// Where the three clocks take their ticks. Tests put fixed counts here.
+struct TickSource {
+  int64_t (*qpcNow)() = nullptr;     // counter ticks (steady clock, ns)
+  int64_t (*qpcFreq)() = nullptr;    // ticks per second; 0 or less: failure
+  int64_t (*chronoNow)() = nullptr;  // system clock, 100 ns units
+  int32_t (*clockNow)() = nullptr;   // monotonic milliseconds
+};
+
+// The platform's clocks.
+TickSource DefaultTickSource();
+
 class TimeVcl {
  public:
+  TickSource ticks = DefaultTickSource();
+
   std::string TimeFuncStr = "QPC";
   wstr TimeFuncStrW = u"QPC";
   int TimeFuncInt = 0;
@@ -35,8 +48,13 @@ class TimeVcl {
   std::string DetTimeDiff_MilliSecStrA_General(const std::string& phase) const;
 
   // The time line after errors in the analysis, and the one after the link.
-  void DspReadAssembleTime() const;
-  void DspReadAssembleLinkTime() const;
+  // `tag` names the Fight that writes it (kept for internal error lines).
+  void DspReadAssembleTime(const char* tag = "") const;
+  void DspReadAssembleLinkTime(const char* tag = "") const;
+
+ private:
+  void Take(Stamp s, const char* failTag);
+  int64_t Diff(const std::string& phase, bool& known) const;
 };
 
 extern TimeVcl* timeVcl;
