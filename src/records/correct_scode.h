@@ -38,6 +38,13 @@ class TCorrectScode : public TDiagBase {
   void Reset();
 
   // ---- analysis state of the line passes (added by their subsystems) ----
+
+  // ---- label and opcode fields, line-analysis driver ----
+  // Longest label, in 16-bit characters; 8 after every reset.
+  int tMaxLabelLen = 8;
+  // Per program: the first DC or DS line that the placement rule found;
+  // 2147483647 means none (the rule never fires in this mode).
+  std::vector<int> firstDefLine;
 };
 
 extern TCorrectScode* cs;
