@@ -127,6 +127,7 @@ struct SrcLineT {
   std::vector<LiteConstT<S>> vecLiteConst;
   std::vector<OprndAtDCT<S>> vecOprndAtDC;
   uint8_t labelUsed = 0;  // set when an operand names this line's label
+  int32_t prgNr = 0;      // the program the line belongs to (written by StartEndNW)
 
   // Empties the vectors of the record.
   void FreeDetails() {
@@ -234,6 +235,8 @@ class TFileData : public TDiagBase {
   int firstEndLine = 0;
   int endLineCount = 0;
   int lastLine = 0;
+  int startLine = 0;  // the last START and END found by the pairing stages
+  int endLine = 0;
   std::string LastSrcFile;
   wstr LastSrcFileW;
   std::string LastSrcFileCh;  // the fixed copy, written only for a non-empty name

@@ -1,0 +1,328 @@
+// The line scanner: editNWB over the whole file, comment removal per
+// program, and the passes of the line analysis that cut each line into its
+// label, opcode, operand and comment fields.
+#include "lines/scanner.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "records/console.h"
+#include "records/correct_scode.h"
+#include "records/diag.h"
+#include "records/singletons.h"
+
+namespace {
+
+constexpr size_t kNone = wstr::npos;
+
+size_t FirstNonBlank(wview s, size_t from = 0) {
+  for (size_t k = from; k < s.size(); ++k) {
+    if (!IsBlankW(s[k])) return k;
+  }
+  return kNone;
+}
+
+size_t FirstBlank(wview s) {
+  for (size_t k = 0; k < s.size(); ++k) {
+    if (IsBlankW(s[k])) return k;
+  }
+  return kNone;
+}
+
+// The line range of program `prg`: [first, end], end being its END line.
+// False (with nothing to do) for an index without a record.
+bool PrgRange(int prg, int& first, int& end) {
+  if (prg < 0 || static_cast<size_t>(prg) >= b->vecPrgW.size()) return false;
+  const PrgDataW& p = b->vecPrgW[prg];
+  int n = static_cast<int>(b->vecSrcW.size());
+  first = std::max(0, p.prgFirstLine);
+  end = std::min(p.prgEndLine, n - 1);
+  return true;
+}
+
+bool HoldsAny(wview s, std::initializer_list<const char16_t*> forms) {
+  for (const char16_t* f : forms) {
+    if (s.find(f) != wview::npos) return true;
+  }
+  return false;
+}
+
+// The length warning for operand text over 225 characters. `second` picks
+// the wording of the later check.
+void LengthWarning(int line, size_t len, bool second) {
+  if (second) {
+    con::out << u"（規定の文字の長さ、文字数）＝（" << u"225" << u", " << static_cast<long long>(len) << u"）"
+             << con::endl;
+  }
+  if (cs->IsJ()) {
+    con::out << u"警告: " << (line + 1) << u"行目："
+             << (second ? u"DrillAsmの仕様の規定よりも長い行がある。 " : u"DrillAsmの仕様よりも長い行がある。 ")
+             << static_cast<long long>(len) << u" 文字ある。" << u"225" << u" 文字まで読取り、"
+             << u"それ以降の文字は読み捨てる。" << con::endl;
+  } else {
+    con::out << u"Warning: " << u"line " << (line + 1) << u": There are " << static_cast<long long>(len)
+             << u" characters in the line. "
+             << (second ? u"The Spec. of DrillAsm has a length limit in every line. "
+                        : u"The Spec. of DrillAsm has a length limit for every line. ")
+             << u"The assembler reads " << u"225" << u" characters or less a line. " << con::endl
+             << u"This might have caused an error " << u"for all your intention. " << con::endl;
+  }
+}
+
+void CopyToChH(SrcLineW& s) {
+  s.oprndComChH = s.oprndComStr.substr(0, std::min<size_t>(s.oprndComStr.size(), OprndChHUsed));
+}
+
+}  // namespace
+
+int editNWB() {
+  std::vector<SrcLineW>& v = b->vecSrcW;
+  for (SrcLineW& s : v) s.editStr = s.rawStr;
+  for (SrcLineW& s : v) {
+    if (s.editStr.empty()) continue;
+    size_t p = FirstNonBlank(s.editStr);
+    if (p == kNone) {
+      s.rawStr.clear();
+      s.editStr.clear();
+      s.commentStr.clear();
+    } else if (s.editStr[p] != u';') {
+      s.editStr = RTrimW(s.editStr);
+    } else {
+      wstr t = RTrimW(s.editStr);
+      s.commentStr = t.substr(p);
+      s.editStr.clear();
+    }
+  }
+  bool any = false;
+  for (SrcLineW& s : v) {
+    if (s.editStr.empty()) continue;
+    any = true;
+    size_t p = FirstNonBlank(s.editStr);
+    if (p != kNone && p >= 2) s.editStr = u" " + s.editStr.substr(p);
+  }
+  if (!any) {
+    if (b->IsJ()) {
+      Say(*b, kError, 0, {u"エラー：　アセンブラは準備完了、 ソースコードの記述がない。 "}, "E4E4B0A1", {}, Head::None);
+    } else {
+      Say(*b, kError, 0, {u"Error: The source code is empty.  The assembler is ready to go!"}, "E4E4B0A1", {},
+          Head::None);
+    }
+    return -1;
+  }
+  return 0;
+}
+
+int CutCommentNW(int prg) {
+  int first = 0, end = 0;
+  if (!PrgRange(prg, first, end)) return 0;
+  for (int i = first; i < end; ++i) {
+    wstr& w = b->vecSrcW[i].editStr;
+    bool inQuote = false;
+    size_t cut = kNone;
+    for (size_t k = 0; k < w.size(); ++k) {
+      if (w[k] == u'\'') {
+        if (k + 1 < w.size() && w[k + 1] == u'\'') {
+          ++k;  // a doubled apostrophe leaves the flag alone
+        } else {
+          inQuote = !inQuote;
+        }
+      } else if (w[k] == u';' && !inQuote) {
+        cut = k;
+        break;
+      }
+    }
+    if (cut != kNone) w.resize(cut);
+  }
+  return 0;
+}
+
+int TakeOutLabelStrNW(int prg) {
+  int first = 0, end = 0;
+  if (!PrgRange(prg, first, end)) return 0;
+  for (int i = first; i <= end; ++i) {
+    SrcLineW& s = b->vecSrcW[i];
+    const wstr& w = s.editStr;
+    if (w.empty()) continue;
+    size_t p = FirstBlank(w);
+    if (p == kNone) {
+      s.labelStr = w;
+      s.afterLabelStr.clear();
+    } else {
+      s.labelStr = w.substr(0, p);
+      s.afterLabelStr = LTrimW(wview(w).substr(p));
+    }
+  }
+  TakeOutOpStrNW(prg);
+  TakeOutOprndComStrNW2BD(prg);
+  return 0;
+}
+
+int TakeOutOpStrNW(int prg) {
+  int first = 0, end = 0;
+  if (!PrgRange(prg, first, end)) return 0;
+  for (int i = first; i <= end; ++i) {
+    SrcLineW& s = b->vecSrcW[i];
+    if (s.afterLabelStr.empty()) {
+      s.opStr.clear();
+      continue;
+    }
+    size_t p = FirstBlank(s.afterLabelStr);
+    s.opStr = LTrimW(wview(s.afterLabelStr).substr(0, p));
+  }
+  return 0;
+}
+
+int TakeOutOprndComStrNW2BD(int prg) {
+  int first = 0, end = 0;
+  if (!PrgRange(prg, first, end)) return 0;
+  bool warned = false;
+  for (int i = first; i <= end; ++i) {
+    SrcLineW& s = b->vecSrcW[i];
+    if (s.opStr.empty() || s.afterLabelStr.empty()) continue;
+    wstr key = s.opStr + u" ";
+    const wstr& t = s.afterLabelStr;
+    size_t q = t.find_first_of(key);
+    wstr result;
+    if (q != kNone && q + key.size() < t.size()) result = LTrimW(wview(t).substr(q + key.size()));
+    s.oprndComStr = result;
+    if (s.oprndComStr.size() > static_cast<size_t>(OprndChHUsed) && !warned) {
+      LengthWarning(i, s.oprndComStr.size(), false);
+      warned = true;
+    }
+    CopyToChH(s);
+  }
+  return 0;
+}
+
+bool IsCutOprndComOp(wview op) {
+  static const std::array<const char16_t*, 35> kOps = {
+      u"LD",   u"ST",   u"LAD", u"ADDA", u"ADDL", u"SUBA", u"SUBL",  u"AND",  u"OR",  u"XOR", u"SLA", u"SRA",
+      u"SLL",  u"SRL",  u"CPA", u"CPL",  u"JPL",  u"JMI",  u"JNZ",   u"JZE",  u"JOV", u"JUMP", u"CALL", u"PUSH",
+      u"SVC",  u"POP",  u"DS",  u"RPUSH", u"RPOP", u"RET", u"NOP",  u"END",  u"IN",  u"OUT", u"START"};
+  for (const char16_t* k : kOps) {
+    if (op == k) return true;
+  }
+  return false;
+}
+
+int CutOprndComNW(int prg) {
+  int first = 0, end = 0;
+  if (!PrgRange(prg, first, end)) return 0;
+  for (int i = first; i < end; ++i) {
+    SrcLineW& s = b->vecSrcW[i];
+    if (s.opStr.empty() || !IsCutOprndComOp(s.opStr)) continue;
+    size_t p = s.oprndComStr.find(u';');
+    if (p == kNone) continue;
+    s.commentStr = s.oprndComStr.substr(p);
+    s.oprndComStr.resize(p);
+  }
+  return 0;
+}
+
+int CopyOprndComToEditNW(int prg) {
+  int first = 0, end = 0;
+  if (!PrgRange(prg, first, end)) return 0;
+  for (int i = first; i < end; ++i) b->vecSrcW[i].editStr = b->vecSrcW[i].oprndComStr;
+  return 0;
+}
+
+int edit30cNW(int prg) {
+  int first = 0, end = 0;
+  if (!PrgRange(prg, first, end)) return 0;
+  for (int i = first; i < end; ++i) {
+    wstr& w = b->vecSrcW[i].editStr;
+    if (w.empty()) continue;
+    size_t q = w.find(u'\'');
+    size_t p = w.find(u'=');
+    if (p == kNone || (q != kNone && p > q)) continue;
+    size_t n = FirstNonBlank(w, p + 1);
+    if (n != kNone) {
+      w.erase(p + 1, n - (p + 1));
+    } else {
+      w.resize(p);
+    }
+    if (HoldsAny(w, {u"=+ ", u"=- ", u"=# ", u"=+\t", u"=-\t", u"=#\t"})) {
+      wstr qt = QuoteW(w);
+      if (cs->IsJ()) {
+        Say(*cs, kError, i, {qt + u": " + u"=+, =-, =# 記号の直後に空白がある。", u"記号の直後、数字の直前にある空白を取り除くこと。"},
+            "3C30E0D1", qt);
+      } else {
+        Say(*cs, kError, i,
+            {qt + u": " + u"There is a space just after =+, =-, or =#. ",
+             u"Remove off the space at the right side of the literal figure. "},
+            "3C30E0D1", qt);
+      }
+      return -1;
+    }
+  }
+  return 0;
+}
+
+int edit50NW(int prg) {
+  int first = 0, end = 0;
+  if (!PrgRange(prg, first, end)) return 0;
+  for (int i = first; i < end; ++i) {
+    wstr& w = b->vecSrcW[i].editStr;
+    if (w.empty()) continue;
+    size_t q = w.find(u'\'');
+    size_t p = w.find_first_of(u"+-#");
+    if (p == kNone || (q != kNone && p > q)) continue;
+    if (HoldsAny(w, {u"+ ", u"- ", u"# ", u"+\t", u"-\t", u"#\t"})) {
+      wstr qt = QuoteW(w);
+      if (cs->IsJ()) {
+        Say(*cs, kError, i, {qt + u": " + u"+, -, # 記号の直後に空白がある。", u"記号の直後、数字の直前にある空白を取り除くこと。"},
+            "3C50E0D1", qt);
+      } else {
+        Say(*cs, kError, i,
+            {qt + u": " + u"There is a space just after +, -, or #. ",
+             u"Remove off the space at the left side of the figure."},
+            "3C50E0D1", qt);
+      }
+      return -1;
+    }
+  }
+  return 0;
+}
+
+int DivideCommentNW(int prg) {
+  int first = 0, end = 0;
+  if (!PrgRange(prg, first, end)) return 0;
+  for (int i = first; i < end; ++i) {
+    SrcLineW& s = b->vecSrcW[i];
+    wstr& w = s.editStr;
+    if (w.empty()) continue;
+    size_t p = w.find(u';');
+    if (p == kNone) continue;
+    size_t a = w.find(u'\'');
+    if (a == kNone || p < a) {
+      s.commentStr = w.substr(p);
+      w.resize(p);
+      continue;
+    }
+    // A comment behind a closed string: the last ";" is the first one
+    // behind the last apostrophe only when there is one ";" in all.
+    size_t r = w.rfind(u';');
+    size_t sq = w.rfind(u'\'');
+    if (sq < r && r == p) {
+      s.commentStr = w.substr(r);
+      w.resize(r);
+    }
+  }
+  return 0;
+}
+
+int CopyOprndComStrToChH2BD(int prg) {
+  int first = 0, end = 0;
+  if (!PrgRange(prg, first, end)) return 0;
+  int longLines = 0;
+  for (int i = first; i < end; ++i) {
+    SrcLineW& s = b->vecSrcW[i];
+    if (longLines < 2 && s.oprndComStr.size() > static_cast<size_t>(OprndChHUsed)) {
+      ++longLines;
+      if (longLines == 1) LengthWarning(i, s.oprndComStr.size(), true);
+    }
+    CopyToChH(s);
+  }
+  return 0;
+}
