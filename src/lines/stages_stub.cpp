@@ -1,4 +1,3 @@
 // Stubs of the line-scanner stages, until their real bodies land.
 #include "records/stages.h"
 void CopyRawLinesNW() {}
-int editNWB() { return 0; }
