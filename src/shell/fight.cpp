@@ -1,0 +1,267 @@
+// The Fight: one mode's main loop. It owns the order of everything that
+// happens to a source file: the menu, the loading, every analysis stage, the
+// link, the two reports, the run and the clean-up between passes. The modes
+// differ only by the row of the table below.
+#include <cmath>
+#include <cstdlib>
+
+#include "comet2/comet2.h"
+#include "records/console.h"
+#include "records/correct_scode.h"
+#include "records/diag.h"
+#include "records/singletons.h"
+#include "records/stages.h"
+#include "reports/TimeVcl/time_vcl.h"
+#include "reports/report.h"
+#include "shell/shell.h"
+
+namespace {
+
+// name, tag, letter, carrier, log cleared at entry / at the head of a pass,
+// log repeated, editor index reported, DspWarningsMenu, compared with 8888.
+// AP, NA, NaW and NH run on the wide carrier of NWW.
+const FightMode kModes[] = {
+    {"NWW", "FightNWW", 'W', nullptr, false, false, false, false, false, false},
+    {"WP", "FightWP", 'W', "std::wstring<--UTF16", true, false, true, true, true, true},
+    {"AP", "FightAP", 'W', nullptr, false, false, false, false, false, false},
+    {"NA", "FightNA", 'W', nullptr, false, false, false, false, false, false},
+    {"NaW", "FightNaW", 'W', nullptr, false, false, false, false, false, false},
+    {"NH", "FightNH", 'W', nullptr, false, false, false, false, false, false},
+};
+
+// The language of `from` on both fields of game, b and cs.
+void SpreadLang(TGame& game, int lang) {
+  game.SetLangBoth(lang);
+  b->SetLangBoth(lang);
+  cs->SetLangBoth(lang);
+}
+
+// The editor path of b at its own index into TFileData's slot of that index.
+void CopyEditorPath() {
+  int i = b->TextEditorIndex;
+  if (i < 0 || i > 2) i = 0;
+  fileData->TextEditorPath[i] = b->TextEditorPath[i];
+  fileData->TextEditorPathCh = b->TextEditorPath[i];
+}
+
+void ErrorSummary(TGame& game) { DspWarningKazuE(game, u"", 'h'); }
+
+// The warnings menu as the Fight's own lines: true when the learner chose 1.
+bool WarningsMenuInFight(TGame& game) {
+  con::out << con::endl << con::endl << con::endl;
+  if (game.IsJ()) {
+    con::out << u"メニュー:" << con::endl
+             << u"１ このまま実行する。" << con::endl
+             << u"２ メイン メニューにもどる。" << con::endl
+             << u"メニュウ番号を入力してください。 " << con::endl;
+  } else {
+    con::out << "Menu:" << con::endl
+             << "1.  Go on this execution. " << con::endl
+             << "2.  Go back to Main Menu. " << con::endl
+             << "Input a menu number. " << con::endl;
+  }
+  std::string word = ReadMenuWord(40);
+  return std::strtol(word.c_str(), nullptr, 10) == 1;
+}
+
+// The end of a Fight: the line details of both carriers are released.
+void LeaveFight() {
+  ResetCorrectScode();
+  ResetFileData();
+  FreeLineDetailsW();
+  FreeLineDetailsA();
+}
+
+// The statistics of a run: the largest execution count and its logarithm.
+void RunStatistics(Tcomet2& mc) {
+  int32_t maxCount = 0;
+  for (int a = 0; a < 65035; ++a) {
+    if (mc.execCount[a] > maxCount) maxCount = mc.execCount[a];
+  }
+  mc.maxExecCount = maxCount;
+  mc.execCountLog = maxCount > 0 ? static_cast<int32_t>(std::lround(std::log10(static_cast<double>(maxCount)))) : 0;
+}
+
+// Steps 8 to 17 of a pass, for a file that was read. Returns when the pass
+// is over, at a gate or after the clean-up.
+void RunStages(TGame& game, const FightMode& mode, int loadResult) {
+  game.CurrentFileCh = fileData->LastSrcFile;
+  game.CurrentFile = fileData->LastSrcFile;
+  CopyRawLinesNW();
+  if (editNWB() < 0) return;
+  Sum(game);
+  if (game.ErrorKazu > 0) return;
+
+  if (StartEnd10W() < 0) return;
+  Sum(game);
+  if (game.ErrorKazu > 0) return;
+  if (StartEnd20NW() < 0) return;
+  Sum(game);
+  if (game.ErrorKazu > 0) return;
+
+  // Every program is paired and stripped of its comments, whatever the
+  // results.
+  for (int i = 0; i < b->GetPrgKazuInFile(); ++i) {
+    StartEndNW(i);
+    CutCommentNW(i);
+  }
+  Sum(game);
+  if (game.ErrorKazu != 0) return;
+
+  IsAnySrcOutsideStartEndNW();
+  Sum(game);
+  if (game.ErrorKazu > 0) return;
+
+  for (int i = 0; i < b->GetPrgKazuInFile(); ++i) CkPrgNameNW(i);
+  Sum(game);
+  if (game.ErrorKazu > 0) return;
+  if (CkPrgNameDoubleNW() < 0) return;
+  Sum(game);
+  if (game.ErrorKazu > 0) return;
+  if (Fight12NW(game) < 0) return;
+  Sum(game);
+  if (game.ErrorKazu > 0) return;
+
+  CkLabelInUseNW();
+  CkPrgNameInUseNW();
+  Sum(game);
+  if (game.ErrorKazu > 0 || loadResult != 0) return;
+  Sum(game);
+  if (game.ErrorKazu != 0) return;
+
+  // The assembly is clean.
+  timeVcl->stampAssembleEnd();
+  if (game.WarningKazu != 0) {
+    if (game.IsJ()) {
+      DspWarningKazuJ(game, u"");
+    } else {
+      DspWarningKazuE(game, u"", 'f');
+    }
+  }
+  ResetFileData();
+  ResetComet2(*m);
+  m->dispLang = b->Lang;
+  int linked = Link31NWGM(game);
+  timeVcl->stampLinkEnd();
+  timeVcl->DspReadAssembleLinkTime(mode.tag);
+
+  if (linked >= 0) {
+    labelSpace->Clear();
+    game.SrcFileNameCh = b->SrcFileName;
+    m->srcFileName = b->SrcFileName;
+    int lang = modeState->Lang > 1 ? 0 : modeState->Lang;
+    game.SetLangBoth(lang);
+
+    con::out << (game.IsJ() ? u"アセンブル成功 " : u"Successfully Assembled! ");
+    DspReportHintNW(game.Lang, ReportKind::Assembled, game.AssembledFileName);
+    DspRegMry70NW(*m, game.AssembledFileName);
+
+    bool run = true;
+    if (game.WarningKazu != 0) {
+      run = mode.warningsMenuFunc ? DspWarningsMenu(game) : WarningsMenuInFight(game);
+    }
+    if (run) {
+      Run3NW(*m);
+      RunStatistics(*m);
+      DspReportHintNW(game.Lang, ReportKind::Resultant, game.ResultantFileName);
+      DspRegMry70NW(*m, game.ResultantFileName);
+    }
+  }
+
+  // The clean-up of a pass that reached the link.
+  labelSpace->Clear();
+  ResetCorrectScode();
+  FreeLineDetailsW();
+  FreeLineDetailsA();
+}
+
+}  // namespace
+
+const FightMode& FightModeOf(const std::string& name) {
+  for (const FightMode& f : kModes) {
+    if (name == f.name) return f;
+  }
+  return kModes[0];
+}
+
+void CopyRawLinesNW() {
+  for (SrcLineW& l : b->vecSrcW) l.editStr = l.rawStr;
+}
+
+int Fight(TGame& game, const FightMode& mode) {
+  ResetBasicData();
+  ResetFileData();
+  ResetCorrectScode();
+  if (mode.clearLogAtEntry) msgLog->ClearMsgLog();
+  fileData->ModeLetter = mode.ModeLetter;
+  if (mode.CarrierName) fileData->CarrierName = mode.CarrierName;
+  DspBanner(mode.name);
+
+  if (fileData->Lang > 1) fileData->SetLangBoth(0);
+  SpreadLang(game, fileData->Lang);
+
+  game.TextEditorIndex = fileData->TextEditorIndex;
+  if (game.TextEditorIndex > 2 || game.TextEditorIndex < 0) {
+    if (mode.reportEditorIndex) {
+      con::out << "Error: TextEditorFlag is out of range. " << con::endl
+               << "TextEditorIndex=" << game.TextEditorIndex << con::endl
+               << "TextEditorIndex is corrected to be 0. " << con::endl;
+    }
+    game.TextEditorIndex = 0;
+    fileData->TextEditorIndex = 0;
+  }
+  CopyEditorPath();
+
+  std::string fileName;
+  for (;;) {
+    // The head of a pass.
+    Sum(game);
+    Sum(game);
+    if (game.ErrorKazu > 0) {
+      timeVcl->stampAssembleEnd();
+      if (mode.repeatLog) msgLog->DspMsgLog();
+      timeVcl->DspReadAssembleTime(mode.tag);
+    }
+    if (game.ErrorKazu > 0) ErrorSummary(game);
+
+    ResetBasicData();
+    game.ZeroCounters();
+    fileData->ZeroCounters();
+    cs->ZeroCounters();
+    b->ZeroCounters();
+    ResetFileData();
+    if (mode.clearLogAtHead) msgLog->ClearMsgLog();
+
+    fileData->TextEditorIndex = b->TextEditorIndex;
+    CopyEditorPath();
+    game.CurrentFile = fileData->LastSrcFile;
+    b->SetFileName(fileData->LastSrcFile);
+
+    int loadResult = LoadSourceW(fileName);
+    timeVcl->stampAssembleStart();
+    SpreadLang(game, fileData->Lang);
+
+    bool leave = mode.compare8888 ? loadResult > ModeChangeCode
+                                  : static_cast<unsigned>(loadResult) > 9000u;
+    if (leave) {
+      LeaveFight();
+      return 0;
+    }
+    if (loadResult == ModeChangeCode) {
+      game.ModeTag = TrimA(fileData->ModeName);
+      LeaveFight();
+      return ModeChangeCode;
+    }
+    int noAssemblyTop = mode.compare8888 ? ModeChangeCode - 1 : 6999;
+    if (loadResult >= 1 && loadResult <= noAssemblyTop) continue;
+
+    RunStages(game, mode, loadResult);
+  }
+}
+
+int FightNwW(TGame& game) { return Fight(game, FightModeOf("NWW")); }
+int FightWP(TGame& game) { return Fight(game, FightModeOf("WP")); }
+int FightAP(TGame& game) { return Fight(game, FightModeOf("AP")); }
+int FightNA(TGame& game) { return Fight(game, FightModeOf("NA")); }
+int FightNaW(TGame& game) { return Fight(game, FightModeOf("NaW")); }
+int FightNH(TGame& game) { return Fight(game, FightModeOf("NH")); }

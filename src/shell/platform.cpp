@@ -1,0 +1,72 @@
+#include "shell/platform.h"
+
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+
+#include "records/console.h"
+#include "records/text.h"
+
+extern char** environ;
+
+namespace shell {
+
+int RunCommand(const std::vector<std::string>& argv) {
+  if (argv.empty()) return -1;
+  con::Flush();
+  std::vector<std::string> args = argv;
+  std::vector<char*> p;
+  p.reserve(args.size() + 1);
+  for (std::string& a : args) p.push_back(a.data());
+  p.push_back(nullptr);
+  pid_t pid = 0;
+  if (::posix_spawnp(&pid, p[0], nullptr, nullptr, p.data(), environ) != 0) return -1;
+  int status = 0;
+  while (::waitpid(pid, &status, 0) < 0) {
+    if (errno != EINTR) return -1;
+  }
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string UserEditor() {
+  for (const char* name : {"VISUAL", "EDITOR"}) {
+    const char* v = std::getenv(name);
+    if (v && !TrimA(v).empty()) return v;
+  }
+  return "vi";
+}
+
+int RunEditor(const std::string& editor, const std::string& file) {
+  if (TrimA(editor).empty()) return -1;
+  return RunCommand({"sh", "-c", TrimA(editor) + " \"$1\"", "sh", file});
+}
+
+namespace {
+bool IsFile(const std::string& path) {
+  struct stat st {};
+  return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+}
+}  // namespace
+
+std::string HelpDocumentPath() {
+  std::string exe(4096, '\0');
+  ssize_t n = ::readlink("/proc/self/exe", exe.data(), exe.size() - 1);
+  if (n > 0) {
+    exe.resize(static_cast<size_t>(n));
+    size_t slash = exe.find_last_of('/');
+    if (slash != std::string::npos) {
+      std::string p = exe.substr(0, slash) + "/../docs/help.md";
+      if (IsFile(p)) return p;
+    }
+  }
+  for (const char* p : {"docs/help.md", "help.md"}) {
+    if (IsFile(p)) return p;
+  }
+  return std::string();
+}
+
+}  // namespace shell
