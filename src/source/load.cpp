@@ -1,0 +1,146 @@
+// Source loading: the main menu yields a file name, the encoding is
+// detected, and one of two loaders reads the whole file into b->vecSrcW,
+// one record per line, filling rawStr only.
+#include <string>
+#include <vector>
+
+#include "records/console.h"
+#include "records/diag.h"
+#include "records/singletons.h"
+#include "records/stages.h"
+#include "reports/TimeVcl/time_vcl.h"
+#include "shell/shell.h"
+#include "source/file_bytes.h"
+#include "source/source.h"
+
+namespace {
+
+// The file did not open: said in the language of the pass, logged as an
+// Error record, counted nowhere.
+void ReportOpenFailure(const std::string& fileName, const char* code) {
+  TFileData& w = *fileData;
+  wstr q = QuoteW(Utf8ToU16(fileName));
+  con::out << con::endl;
+  if (w.Lang != 1) {
+    Say(w, kError, 0, {q + u" (binary mode)を開くことができません。 " + u"ミススペル あるいは ファイルが存在しない。 *"},
+        code, q, Head::None);
+  } else {
+    Say(w, kError, 0,
+        {u"The file " + q + u" does not open on binary mode. \n" + u"Misspellings?  \nOr the file does not exist there. *"},
+        code, q, Head::None);
+  }
+  --w.ErrorKazu;
+}
+
+void Append(std::vector<SrcLineW>& v, wstr text) {
+  v.emplace_back();
+  v.back().rawStr = std::move(text);
+}
+
+wstr DecodeByCodePage(std::string_view line) {
+  switch (moziCode->codePage) {
+    case 65001:
+    case 65005:
+      return Utf8ToWStr(line);
+    default:  // 932, and every other value, 0 included
+      return AnsiToWStr(line);
+  }
+}
+
+// The next line of `bytes` from `pos`, without its LF and without a CR
+// directly before that LF. Moves `pos` behind the line end.
+std::string_view NextLine(const std::string& bytes, size_t& pos) {
+  size_t lf = bytes.find('\n', pos);
+  std::string_view line;
+  if (lf == std::string::npos) {
+    line = std::string_view(bytes).substr(pos);
+    pos = bytes.size();
+  } else {
+    line = std::string_view(bytes).substr(pos, lf - pos);
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    pos = lf + 1;
+  }
+  return line;
+}
+
+}  // namespace
+
+int OpenFileUTF8toVecW(const std::string& fileName) {
+  std::string bytes;
+  if (!ReadFileBytes(fileName, bytes)) {
+    ReportOpenFailure(fileName, "88886875");
+    return -3;
+  }
+  std::vector<SrcLineW>& v = b->vecSrcW;
+  v.clear();
+  size_t pos = 0;
+  // A byte order mark was met in this or an earlier file: the first line is
+  // read alone and decoded as UTF-8; with code page 65001 its first 3 bytes
+  // (the mark) are dropped.
+  if (!moziCode->bomTag.empty() && !bytes.empty()) {
+    std::string_view first = NextLine(bytes, pos);
+    if (moziCode->codePage == 65001) first.remove_prefix(first.size() < 3 ? first.size() : 3);
+    Append(v, Utf8ToWStr(first));
+  }
+  while (pos < bytes.size()) Append(v, DecodeByCodePage(NextLine(bytes, pos)));
+  return 0;
+}
+
+int OpenFileUTF16toVecW(const std::string& fileName) {
+  std::string bytes;
+  if (!ReadFileBytes(fileName, bytes)) {
+    ReportOpenFailure(fileName, "7CA76875");
+    return -4;
+  }
+  std::vector<SrcLineW>& v = b->vecSrcW;
+  v.clear();
+  const size_t n = bytes.size();
+  const size_t units = (n + 1) / 2;
+  std::vector<char16_t> buf(units + 9, 0);
+  auto byteAt = [&](size_t k) -> int { return k < n ? static_cast<unsigned char>(bytes[k]) : -1; };
+  // A missing second byte of an odd count is the end-of-file value -1.
+  if (moziCode->codePage == 1200) {
+    for (size_t k = 0; k < units; ++k) {
+      int lo = byteAt(2 * k), hi = byteAt(2 * k + 1);
+      buf[k] = static_cast<char16_t>((lo & 0xFF) | ((hi & 0xFF) << 8));
+    }
+  } else if (moziCode->codePage == 1201) {
+    // The high byte is written first and the low byte then overwrites the
+    // whole unit: text above 0xFF loses its high byte.
+    for (size_t k = 0; k < units; ++k) {
+      buf[k] = static_cast<char16_t>(byteAt(2 * k));
+      buf[k] = static_cast<char16_t>(byteAt(2 * k + 1));
+    }
+  } else {
+    con::out << "Prg. Else Error: " << con::endl;
+  }
+  buf[units] = 0xFFFF;  // the end mark
+  // Unit 0, the byte order mark, is skipped unread.
+  size_t i = units >= 1 ? 1 : 0;
+  size_t lineStart = i;
+  while (buf[i] != 0xFFFF) {
+    if (buf[i] == u'\r' && buf[i + 1] == u'\n') {
+      Append(v, wstr(buf.data() + lineStart, i - lineStart));
+      i += 2;
+      lineStart = i;
+    } else {
+      ++i;
+    }
+  }
+  Append(v, wstr(buf.data() + lineStart, i - lineStart));
+  return 0;
+}
+
+int LoadSourceW(std::string& fileName) {
+  int menu = MainMenu(*fileData, fileName);
+  if (menu != 0) return menu;
+  timeVcl->stampReadFileStart();
+  DetTextCodeW(*fileData, fileName);
+  int r;
+  if (moziCode->codePage == 1200 || moziCode->codePage == 1201) {
+    r = OpenFileUTF16toVecW(fileName);
+  } else {
+    r = OpenFileUTF8toVecW(fileName);
+  }
+  return r == 0 ? 0 : 1;
+}
