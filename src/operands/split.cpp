@@ -1,0 +1,243 @@
+// Operand splitting: the comment cut by opcode class, the trim, and the cut
+// of oprndComChH into four slots. A slot keeps the comma that ended its
+// operand, so the rules can tell which comma is wrong.
+#include <array>
+
+#include "operands/operands.h"
+#include "operands/rules_util.h"
+
+using rules::At;
+using rules::L;
+
+namespace {
+
+enum class CutClass { None, A, DC, B };
+
+CutClass ClassOf(wview op) {
+  static const std::array<wview, 10> a{u"RPUSH", u"RPOP", u"RET", u"NOP", u"END",
+                                       u"START", u"POP",  u"DS",  u"IN",  u"OUT"};
+  static const std::array<wview, 25> bb{u"LD",  u"ST",  u"LAD", u"ADDA", u"ADDL", u"SUBA", u"SUBL",
+                                        u"AND", u"OR",  u"XOR", u"SLA",  u"SRA",  u"SLL",  u"SRL",
+                                        u"CPA", u"CPL", u"JPL", u"JMI",  u"JNZ",  u"JZE",  u"JOV",
+                                        u"JUMP", u"CALL", u"PUSH", u"SVC"};
+  if (op == u"DC") return CutClass::DC;
+  for (wview x : a)
+    if (x == op) return CutClass::A;
+  for (wview x : bb)
+    if (x == op) return CutClass::B;
+  return CutClass::None;
+}
+
+// One apostrophe-aware cut at `mark`: at the first mark if it stands left of
+// the first apostrophe (or there is none); then, as long as the last mark
+// stands right of the last apostrophe, at that mark.
+void CutAtMark(wstr& t, wview mark) {
+  size_t q1 = t.find(u'\'');
+  size_t p = t.find(mark);
+  if (p != wstr::npos && (q1 == wstr::npos || p < q1)) t.resize(p);
+  for (;;) {
+    size_t r = t.rfind(mark);
+    size_t ql = t.rfind(u'\'');
+    if (r == wstr::npos || ql == wstr::npos || r < ql) break;
+    t.resize(r);
+  }
+}
+
+void ThreeCuts(wstr& t) {
+  CutAtMark(t, u";");
+  CutAtMark(t, u"\t");
+  CutAtMark(t, u"  ");
+}
+
+// " ," and ", " outside strings become ",".
+wstr DropBlanksAtCommas(wview t) {
+  wstr out;
+  bool inStr = false;
+  for (size_t k = 0; k < t.size(); ++k) {
+    char16_t ch = t[k];
+    if (ch == u'\'') inStr = !inStr;
+    if (!inStr && ch == u' ') {
+      size_t n = k;
+      while (n < t.size() && t[n] == u' ') ++n;
+      bool beforeComma = n < t.size() && t[n] == u',';
+      bool afterComma = !out.empty() && out.back() == u',';
+      if (beforeComma || afterComma) continue;
+    }
+    out += ch;
+  }
+  return out;
+}
+
+void ClassA(wstr& t) {
+  size_t p = t.find(u';');
+  if (p != wstr::npos) t.resize(p);
+  for (char16_t& ch : t)
+    if (ch == u'\t') ch = u' ';
+  for (size_t p2 = t.find(u"  "); p2 != wstr::npos; p2 = t.find(u"  ")) t.erase(p2, 1);
+  t = TrimW(t);
+}
+
+// The range START .. END-1 of a program, clipped to the lines.
+bool Range(int prg, int& first, int& end) {
+  if (prg < 0 || prg >= static_cast<int>(b->vecPrgW.size())) return false;
+  const PrgDataW& p = b->vecPrgW[static_cast<size_t>(prg)];
+  first = p.prgFirstLine < 0 ? 0 : p.prgFirstLine;
+  end = p.prgEndLine;
+  if (end > static_cast<int>(b->vecSrcW.size())) end = static_cast<int>(b->vecSrcW.size());
+  return true;
+}
+
+void LiteralError(int line, wview text, bool closedBadly) {
+  wstr q = QuoteW(text);
+  if (closedBadly) {
+    rules::SayJE(*cs, kError, line, {q + u": リテラル文字定数が正しく閉じていない。 "},
+                 {q + u": A literal charcter constant is not correctly closed. "}, "F044036E", q);
+  } else {
+    rules::SayJE(*cs, kError, line, {q + u": リテラル文字定数が正しく閉じていない。"},
+                 {q + u": The literal string constant is not correctly closed. "}, "DEF0036E", q);
+  }
+}
+
+}  // namespace
+
+int CutOprndCommentNW(int prg) {
+  int first = 0, end = 0;
+  if (!Range(prg, first, end)) return 0;
+  for (int i = first; i < end; ++i) {
+    SrcLineW& s = L(i);
+    if (s.opStr.empty() || s.oprndComStr.empty()) continue;
+    wstr& t = s.oprndComStr;
+    switch (ClassOf(s.opStr)) {
+      case CutClass::A:
+        ClassA(t);
+        break;
+      case CutClass::DC:
+        ThreeCuts(t);
+        t = TrimW(DropBlanksAtCommas(t));
+        break;
+      case CutClass::B:
+        ThreeCuts(t);
+        t = TrimW(t);
+        break;
+      case CutClass::None:
+        break;
+    }
+  }
+  return 0;
+}
+
+int TrimOprndComStrNW(int prg) {
+  int first = 0, end = 0;
+  if (!Range(prg, first, end)) return 0;
+  for (int i = first; i < end; ++i) L(i).oprndComStr = TrimW(L(i).oprndComStr);
+  return 0;
+}
+
+int ExtractOprnd5NW(int line, const std::array<wstr*, 5>& slots, int& slotNr, int& destPos, int& srcPos) {
+  const wstr& src = *slots[0];
+  if (slotNr < 1 || slotNr > 4) return 1;
+  wstr& dst = *slots[static_cast<size_t>(slotNr)];
+  auto put = [&](char16_t ch) {
+    dst.resize(static_cast<size_t>(destPos));
+    dst += ch;
+    ++destPos;
+  };
+  auto terminate = [&]() { dst.resize(static_cast<size_t>(destPos)); };
+  auto cur = [&](int k) { return At(src, static_cast<size_t>(k)); };
+  for (;;) {
+    char16_t c = cur(srcPos);
+    if ((IsBlankW(c) && cur(srcPos + 1) == u',') || c == u',' || c == u'\0') break;
+    if (c == u'=' && cur(srcPos + 1) == u'\'') {
+      put(u'=');
+      put(u'\'');
+      srcPos += 2;
+      for (;;) {
+        char16_t ch = cur(srcPos);
+        if (ch == u'\0') {
+          terminate();
+          LiteralError(line, src, false);
+          return 1;
+        }
+        if (ch == u'\'') {
+          if (cur(srcPos + 1) == u'\'') {
+            put(u'\'');
+            put(u'\'');
+            srcPos += 2;
+            continue;
+          }
+          char16_t after = cur(srcPos + 1);
+          if (after != u',' && !IsBlankW(after) && after != u'\0') {
+            terminate();
+            LiteralError(line, src, true);
+            return 1;
+          }
+          put(u'\'');
+          ++srcPos;
+          break;
+        }
+        put(ch);
+        ++srcPos;
+      }
+      continue;
+    }
+    if (IsBlankW(c)) {
+      ++srcPos;
+      terminate();
+      ++slotNr;
+      ++destPos;
+      return 0;
+    }
+    put(c);
+    ++srcPos;
+  }
+  // The end of one operand.
+  while (IsBlankW(cur(srcPos))) ++srcPos;
+  char16_t c = cur(srcPos);
+  if (c == u',' && IsBlankW(cur(srcPos + 1))) {
+    put(u',');
+    terminate();
+    ++srcPos;
+    while (IsBlankW(cur(srcPos))) ++srcPos;
+    ++slotNr;
+  } else if (c == u',') {
+    put(u',');
+    terminate();
+    ++slotNr;
+    ++srcPos;
+  } else {
+    terminate();
+    ++slotNr;
+  }
+  return 0;
+}
+
+int SplitOprndsNW(int prg) {
+  int first = 0, end = 0;
+  if (!Range(prg, first, end)) return 0;
+  for (int i = first; i < end; ++i) {
+    SrcLineW& s = L(i);
+    if (s.opStr == u"DC") continue;
+    std::array<wstr*, 5> slots{&s.oprndComChH, &s.oprnd1ChH, &s.oprnd2ChH, &s.oprnd3ChH, &s.oprnd4ChH};
+    for (int k = 1; k <= 4; ++k) slots[static_cast<size_t>(k)]->clear();
+    // The text as the fixed array holds it: up to its first zero.
+    size_t z = s.oprndComChH.find(u'\0');
+    if (z != wstr::npos) s.oprndComChH.resize(z);
+    if (s.oprndComChH.empty()) continue;
+    int srcPos = 0, slotNr = 1, destPos = 0;
+    const int len = static_cast<int>(s.oprndComChH.size());
+    while (slotNr < 4) {
+      destPos = 0;
+      if (ExtractOprnd5NW(i, slots, slotNr, destPos, srcPos) == 1) break;
+      if (srcPos >= len) break;
+    }
+    if (slotNr == 4 && srcPos < len) s.oprnd4ChH = s.oprndComChH.substr(static_cast<size_t>(srcPos));
+    s.oprndCount = slotNr - 1;
+    if (slotNr >= 1 && slotNr <= 3) {
+      s.oprnd1Str = s.oprnd1ChH;
+      if (slotNr >= 2) s.oprnd2Str = s.oprnd2ChH;
+      if (slotNr >= 3) s.oprnd3Str = s.oprnd3ChH;
+      for (int k = slotNr + 1; k <= 4; ++k) slots[static_cast<size_t>(k)]->clear();
+    }
+  }
+  return 0;
+}
