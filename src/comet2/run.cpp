@@ -281,6 +281,23 @@ void RunStatistics(Tcomet2& mc) {
   mc.execCountLog = mx > 0 ? static_cast<int32_t>(std::lround(std::log10(static_cast<double>(mx)))) : 0;
 }
 
+// The handlers test the register form by bit 2 of the code: the table keeps
+// the register forms of the two-form instructions exactly there.
+constexpr bool RegisterFormBitHolds() {
+  for (const InstrForm& f : kInstrTable) {
+    switch (f.exec) {
+      case OpExec::Ld: case OpExec::Adda: case OpExec::Suba: case OpExec::Addl: case OpExec::Subl:
+      case OpExec::And: case OpExec::Or: case OpExec::Xor: case OpExec::Cpa: case OpExec::Cpl:
+        if (((f.code & 0x04) != 0) != (f.form == OpForm::R1R2)) return false;
+        break;
+      default:
+        break;
+    }
+  }
+  return true;
+}
+static_assert(RegisterFormBitHolds(), "register forms must have bit 2 of the code set");
+
 int Run3NW(Tcomet2& mc) {
   SayOpening(mc);
   mc.effAdr = 0;
@@ -289,366 +306,435 @@ int Run3NW(Tcomet2& mc) {
   mc.maxExecCount = 0;
   timeVcl->stampRunStart();
 
-  // Hot state in locals; written back by Save().
+  // The handler of each kind of instruction, by the decode table's kind.
+  void* handler[static_cast<int>(OpExec::Exit) + 1];
+  for (void*& h : handler) h = &&h_unknown;
+  handler[static_cast<int>(OpExec::Nop)] = &&h_nop;
+  handler[static_cast<int>(OpExec::Ld)] = &&h_ld;
+  handler[static_cast<int>(OpExec::St)] = &&h_st;
+  handler[static_cast<int>(OpExec::Lad)] = &&h_lad;
+  handler[static_cast<int>(OpExec::Adda)] = &&h_adda;
+  handler[static_cast<int>(OpExec::Suba)] = &&h_suba;
+  handler[static_cast<int>(OpExec::Addl)] = &&h_addl;
+  handler[static_cast<int>(OpExec::Subl)] = &&h_subl;
+  handler[static_cast<int>(OpExec::And)] = &&h_and;
+  handler[static_cast<int>(OpExec::Or)] = &&h_or;
+  handler[static_cast<int>(OpExec::Xor)] = &&h_xor;
+  handler[static_cast<int>(OpExec::Cpa)] = &&h_cpa;
+  handler[static_cast<int>(OpExec::Cpl)] = &&h_cpl;
+  handler[static_cast<int>(OpExec::Sla)] = &&h_sla;
+  handler[static_cast<int>(OpExec::Sra)] = &&h_sra;
+  handler[static_cast<int>(OpExec::Sll)] = &&h_sll;
+  handler[static_cast<int>(OpExec::Srl)] = &&h_srl;
+  handler[static_cast<int>(OpExec::Jmi)] = &&h_jmi;
+  handler[static_cast<int>(OpExec::Jnz)] = &&h_jnz;
+  handler[static_cast<int>(OpExec::Jze)] = &&h_jze;
+  handler[static_cast<int>(OpExec::Jump)] = &&h_jump;
+  handler[static_cast<int>(OpExec::Jpl)] = &&h_jpl;
+  handler[static_cast<int>(OpExec::Jov)] = &&h_jov;
+  handler[static_cast<int>(OpExec::Push)] = &&h_push;
+  handler[static_cast<int>(OpExec::Pop)] = &&h_pop;
+  handler[static_cast<int>(OpExec::Call)] = &&h_call;
+  handler[static_cast<int>(OpExec::Ret)] = &&h_ret;
+  handler[static_cast<int>(OpExec::Svc)] = &&h_svc;
+  handler[static_cast<int>(OpExec::Exit)] = &&h_exit;
+
+  // Hot state in locals; written back by Save(). The sign and zero flags
+  // live in one value `fv`: Fsign is fv < 0, Fzero is fv == 0 (no
+  // instruction sets both flags at once).
   int32_t* const mem = mc.Memory.data();
   int32_t* const cnt = mc.execCount.data();
   int32_t* const stk = mc.stackArea.data();
   const int32_t maxMemory = b->MaxMemory;
   int32_t gr[8];
   for (int i = 0; i < 8; ++i) gr[i] = mc.GR[i];
-  int32_t pr = 0;
+  uint64_t pr = 0;  // a PR from a stack cell below 0 becomes huge here
+  uint32_t w = 0;
   uint32_t sp = static_cast<uint32_t>(mc.SP);
   uint32_t ea = 0;
   int32_t depth = mc.callDepth;
-  int32_t fovf = mc.Fovf, fsign = mc.Fsign, fzero = mc.Fzero;
+  int32_t fovf = mc.Fovf;
+  int32_t fv = mc.Fzero == 1 ? 0 : mc.Fsign == 1 ? -1 : 1;
   bool storeWarned = false;  // the out-of-range warning of ST, once per run
-  int32_t w = 0;
-  int32_t stopAdr = 0;  // the address that a stop of the simulator's own names
+  int32_t stopAdr = 0;       // the address that a stop of the simulator's own names
   Stop stop = Stop::Quiet;
 
   auto Save = [&] {
     for (int i = 0; i < 8; ++i) mc.GR[i] = gr[i];
-    mc.PR = pr;
+    mc.PR = static_cast<int32_t>(pr);
     mc.SP = static_cast<int32_t>(sp);
     mc.effAdr = static_cast<int32_t>(ea);
     mc.callDepth = depth;
     mc.Fovf = fovf;
-    mc.Fsign = fsign;
-    mc.Fzero = fzero;
+    mc.Fsign = fv < 0 ? 1 : 0;
+    mc.Fzero = fv == 0 ? 1 : 0;
   };
 
+// One cycle: the PR checks, the word, the register pre-check, the count and
+// the jump to the handler of the word's kind.
+#define NEXT()                                                                  \
+  do {                                                                          \
+    if (pr > static_cast<uint64_t>(kPrCeiling)) goto pr_out;                    \
+    w = static_cast<uint32_t>(mem[pr]);                                         \
+    if (w & 0x88u) goto pre_check;                                              \
+    cnt[pr] = static_cast<int32_t>(static_cast<uint32_t>(cnt[pr]) + 1u);        \
+    goto* handler[static_cast<uint8_t>(kDecode[(w >> 8) & 0xFFu].exec)];        \
+  } while (0)
+#define R_ (((w) >> 4) & 7u)
+#define X_ ((w) & 7u)
 // The effective address: u16(A) + u16(GR[x]) with the carry dropped; x 0
 // adds nothing.
-#define EFF_ADR() ((static_cast<uint32_t>(mem[pr + 1]) + (x ? static_cast<uint32_t>(gr[x]) : 0u)) & 0xFFFFu)
+#define EFF_ADR() \
+  ((static_cast<uint32_t>(mem[pr + 1]) + (X_ ? static_cast<uint32_t>(gr[X_]) : 0u)) & 0xFFFFu)
 // The wide sum of JMI, JZE and JPL: the same without the wrap.
 #define WIDE_SUM() \
-  static_cast<int32_t>((static_cast<uint32_t>(mem[pr + 1]) & 0xFFFFu) + (x ? (static_cast<uint32_t>(gr[x]) & 0xFFFFu) : 0u))
+  ((static_cast<uint32_t>(mem[pr + 1]) & 0xFFFFu) + (X_ ? (static_cast<uint32_t>(gr[X_]) & 0xFFFFu) : 0u))
 // The operand of an instruction that reads memory or, in the register form,
 // GR[x]. Moves PR to the next instruction; an address above 65000 is the load
 // stop, with PR at the second word.
-#define FETCH_OPERAND(op)                    \
-  if (d.form == OpForm::R1R2) {              \
-    op = gr[x];                              \
-    pr += 1;                                 \
-  } else {                                   \
-    ea = EFF_ADR();                          \
-    if (ea > static_cast<uint32_t>(kPrCeiling)) { \
-      pr += 1;                               \
-      stop = Stop::Load;                     \
-      goto done;                             \
-    }                                        \
-    op = mem[ea];                            \
-    pr += 2;                                 \
+#define FETCH_OPERAND(op)                          \
+  int32_t op;                                      \
+  if (w & 0x400u) {                                \
+    op = gr[X_];                                   \
+    pr += 1;                                       \
+  } else {                                         \
+    ea = EFF_ADR();                                \
+    if (ea > static_cast<uint32_t>(kPrCeiling)) {  \
+      pr += 1;                                     \
+      goto load_stop;                              \
+    }                                              \
+    op = mem[ea];                                  \
+    pr += 2;                                       \
   }
-#define SET_FLAGS16(v)                     \
-  fsign = static_cast<int32_t>(((v) >> 15) & 1u); \
-  fzero = (((v) & 0xFFFFu) == 0) ? 1 : 0;
 
-  for (;;) {
-    if (static_cast<uint32_t>(pr) > static_cast<uint32_t>(kPrCeiling)) [[unlikely]] {
-      stop = pr > kPrTop ? Stop::Quiet : Stop::PrStop;
-      break;
+  NEXT();
+
+pre_check:
+  if (RegisterStops(w)) goto register_stop;
+  cnt[pr] = static_cast<int32_t>(static_cast<uint32_t>(cnt[pr]) + 1u);
+  goto* handler[static_cast<uint8_t>(kDecode[(w >> 8) & 0xFFu].exec)];
+
+h_nop:
+  if (w != 0) goto nop_stop;  // the whole cell must be 0
+  pr += 1;
+  NEXT();
+
+h_ld: {
+  FETCH_OPERAND(op);
+  gr[R_] = fv = Sext16(static_cast<uint32_t>(op));
+  fovf = 0;
+  NEXT();
+}
+
+h_st: {
+  const int32_t a = mem[pr + 1];
+  if (X_ == 0) {
+    // The whole cell is the address: no bound, no effAdr, no warning.
+    if (static_cast<uint32_t>(a) >= static_cast<uint32_t>(kMemoryCells)) {
+      pr += 1;
+      stopAdr = a;
+      goto store_storage;
     }
-    w = mem[pr];
-    const uint32_t uw = static_cast<uint32_t>(w);
-    if (uw & 0x88u) [[unlikely]] {
-      if (RegisterStops(uw)) {
-        stop = Stop::Register;
-        break;
-      }
-    }
-    cnt[pr] = static_cast<int32_t>(static_cast<uint32_t>(cnt[pr]) + 1u);
-    const uint32_t r = (uw >> 4) & 7u;
-    const uint32_t x = uw & 7u;
-    const DecodeEntry& d = kDecode[(uw >> 8) & 0xFFu];
-    switch (d.exec) {
-      case OpExec::Nop:
-        if (w != 0) {
-          stop = Stop::Nop;
-          goto done;
-        }
+    mem[a] = gr[R_];
+  } else {
+    ea = EFF_ADR();
+    if (ea >= static_cast<uint32_t>(kPrCeiling) || (static_cast<int32_t>(ea) >= maxMemory && !storeWarned)) {
+      Save();
+      mc.PR = static_cast<int32_t>(pr + 1);
+      if (ea < static_cast<uint32_t>(kPrCeiling)) storeWarned = true;
+      if (st511NW(mc, static_cast<int32_t>(ea)) == 999) {
         pr += 1;
-        break;
-
-      case OpExec::Ld: {
-        int32_t op;
-        FETCH_OPERAND(op);
-        const uint32_t v = static_cast<uint32_t>(op) & 0xFFFFu;
-        gr[r] = Sext16(v);
-        fovf = 0;
-        SET_FLAGS16(v);
-        break;
+        goto store_stop;
       }
-
-      case OpExec::St: {
-        const int32_t a = mem[pr + 1];
-        if (x == 0) {
-          // The whole cell is the address: no bound, no effAdr, no warning.
-          if (static_cast<uint32_t>(a) >= static_cast<uint32_t>(kMemoryCells)) [[unlikely]] {
-            pr += 1;
-            stopAdr = a;
-            stop = Stop::StoreStorage;
-            goto done;
-          }
-          mem[a] = gr[r];
-        } else {
-          ea = EFF_ADR();
-          if (ea >= static_cast<uint32_t>(kPrCeiling) ||
-              (static_cast<int32_t>(ea) >= maxMemory && !storeWarned)) [[unlikely]] {
-            Save();
-            mc.PR = pr + 1;
-            if (ea < static_cast<uint32_t>(kPrCeiling)) storeWarned = true;
-            if (st511NW(mc, static_cast<int32_t>(ea)) == 999) {
-              pr += 1;
-              stop = Stop::Store;
-              goto done;
-            }
-          }
-          mem[ea] = gr[r];
-        }
-        pr += 2;
-        break;
-      }
-
-      case OpExec::Lad:
-        gr[r] = static_cast<int32_t>(EFF_ADR());
-        pr += 2;
-        break;
-
-      case OpExec::Adda:
-      case OpExec::Suba: {
-        int32_t op;
-        FETCH_OPERAND(op);
-        const int32_t t = d.exec == OpExec::Adda ? Sext16(static_cast<uint32_t>(gr[r])) + Sext16(static_cast<uint32_t>(op))
-                                                 : Sext16(static_cast<uint32_t>(gr[r])) - Sext16(static_cast<uint32_t>(op));
-        const uint32_t v = static_cast<uint32_t>(t) & 0xFFFFu;
-        gr[r] = Sext16(v);
-        fovf = (t < -32768 || t > 32767) ? 1 : 0;
-        SET_FLAGS16(v);
-        break;
-      }
-
-      case OpExec::Addl:
-      case OpExec::Subl: {
-        int32_t op;
-        FETCH_OPERAND(op);
-        const int32_t a16 = gr[r] & 0xFFFF;
-        const int32_t b16 = op & 0xFFFF;
-        const int32_t t = d.exec == OpExec::Addl ? a16 + b16 : a16 - b16;
-        const uint32_t v = static_cast<uint32_t>(t) & 0xFFFFu;
-        gr[r] = static_cast<int32_t>(v);
-        fovf = (t < 0 || t > 65535) ? 1 : 0;
-        SET_FLAGS16(v);
-        break;
-      }
-
-      case OpExec::And:
-      case OpExec::Or:
-      case OpExec::Xor: {
-        int32_t op;
-        FETCH_OPERAND(op);
-        const int32_t res = d.exec == OpExec::And ? (gr[r] & op) : d.exec == OpExec::Or ? (gr[r] | op) : (gr[r] ^ op);
-        gr[r] = res;
-        const uint32_t v = static_cast<uint32_t>(res);
-        fovf = 0;
-        SET_FLAGS16(v);
-        break;
-      }
-
-      case OpExec::Cpa:
-      case OpExec::Cpl: {
-        const bool regForm = d.form == OpForm::R1R2;
-        int32_t op;
-        FETCH_OPERAND(op);
-        int32_t lhs, rhs;
-        if (d.exec == OpExec::Cpa) {
-          lhs = Sext16(static_cast<uint32_t>(gr[r]));
-          rhs = Sext16(static_cast<uint32_t>(op));
-          if (regForm) mc.cmpResult = lhs > rhs ? 0 : lhs == rhs ? 1 : 2;
-        } else {
-          lhs = gr[r] & 0xFFFF;
-          rhs = op & 0xFFFF;
-        }
-        fovf = 0;
-        fsign = lhs < rhs ? 1 : 0;
-        fzero = lhs == rhs ? 1 : 0;
-        break;
-      }
-
-      case OpExec::Sla: {
-        ea = EFF_ADR();
-        const uint32_t n = ea > 15u ? 16u : ea;
-        const uint32_t old = static_cast<uint32_t>(gr[r]) & 0xFFFFu;
-        const uint32_t bit15 = old & 0x8000u;
-        const uint32_t raw = ((old << n) & 0xFFFFu) | bit15;
-        gr[r] = bit15 ? Sext16(raw) : static_cast<int32_t>(raw & 0x7FFFu);
-        fovf = (n >= 1 && n <= 15) ? static_cast<int32_t>((old >> (15 - n)) & 1u) : 0;
-        fsign = bit15 ? 1 : 0;
-        fzero = raw == 0 ? 1 : 0;
-        pr += 2;
-        break;
-      }
-
-      case OpExec::Sra: {
-        ea = EFF_ADR();
-        const uint32_t n = ea > 15u ? 16u : ea;
-        const uint32_t old = static_cast<uint32_t>(gr[r]) & 0xFFFFu;
-        const int32_t res = Sext16(old) >> n;  // arithmetic: n 16 gives 0 or -1
-        gr[r] = Sext16(static_cast<uint32_t>(res));
-        fovf = n >= 1 ? static_cast<int32_t>((old >> (n - 1)) & 1u) : 0;
-        fsign = static_cast<int32_t>(old >> 15);
-        fzero = (static_cast<uint32_t>(res) & 0xFFFFu) == 0 ? 1 : 0;
-        pr += 2;
-        break;
-      }
-
-      case OpExec::Sll:
-      case OpExec::Srl: {
-        ea = EFF_ADR();
-        const uint32_t n = ea;
-        if (n > 16u) {
-          gr[r] = 0;
-          fovf = 0;
-          fsign = 0;
-          fzero = 1;
-        } else {
-          const uint32_t old = static_cast<uint32_t>(gr[r]) & 0xFFFFu;
-          uint32_t v;
-          if (d.exec == OpExec::Sll) {
-            v = (old << n) & 0xFFFFu;
-            gr[r] = static_cast<int32_t>(v);
-            fovf = n >= 1 ? static_cast<int32_t>((old >> (16 - n)) & 1u) : 0;
-          } else {
-            v = old >> n;
-            gr[r] = Sext16(v);
-            fovf = n >= 1 ? static_cast<int32_t>((old >> (n - 1)) & 1u) : 0;
-          }
-          SET_FLAGS16(v);
-        }
-        pr += 2;
-        break;
-      }
-
-      case OpExec::Jmi:
-        ea = EFF_ADR();
-        pr = fsign == 1 ? WIDE_SUM() : pr + 2;
-        break;
-      case OpExec::Jnz:
-        ea = EFF_ADR();
-        pr = fzero == 0 ? static_cast<int32_t>(ea) : pr + 2;
-        break;
-      case OpExec::Jze:
-        ea = EFF_ADR();
-        pr = fzero == 1 ? WIDE_SUM() : pr + 2;
-        break;
-      case OpExec::Jump:
-        ea = EFF_ADR();
-        pr = static_cast<int32_t>(ea);
-        break;
-      case OpExec::Jpl:
-        ea = EFF_ADR();
-        pr = (fsign == 0 && fzero == 0) ? WIDE_SUM() : pr + 2;
-        break;
-      case OpExec::Jov:
-        ea = EFF_ADR();
-        pr = fovf == 1 ? static_cast<int32_t>(ea) : pr + 2;
-        break;
-
-      case OpExec::Push:
-        ea = EFF_ADR();
-        mc.SP = static_cast<int32_t>(sp);
-        mc.PR = pr + 1;
-        stackPush(mc, static_cast<int32_t>(ea));  // a refusal is told and the run goes on
-        sp = static_cast<uint32_t>(mc.SP);
-        pr += 2;
-        break;
-
-      case OpExec::Pop: {
-        // No check for an empty stack; only the storage behind it is guarded.
-        const uint32_t i = 65535u - sp;
-        if (i >= static_cast<uint32_t>(kStackCells)) [[unlikely]] {
-          stopAdr = pr;
-          stop = Stop::StackStorage;
-          goto done;
-        }
-        gr[r] = stk[i];
-        sp += 1;
-        pr += 1;
-        break;
-      }
-
-      case OpExec::Call: {
-        // No check against the stack limit; only the storage is guarded.
-        ea = EFF_ADR();
-        const uint32_t i = 65535u - (sp - 1u);
-        if (i >= static_cast<uint32_t>(kStackCells)) [[unlikely]] {
-          stopAdr = pr;
-          stop = Stop::StackStorage;
-          goto done;
-        }
-        depth += 1;
-        sp -= 1;
-        stk[i] = pr + 2;
-        pr = static_cast<int32_t>(ea);
-        break;
-      }
-
-      case OpExec::Ret: {
-        if (depth == 0) {
-          stop = Stop::Ret;  // PR stays at the RET
-          goto done;
-        }
-        if (depth < 0) [[unlikely]] {
-          // CALL and RET alone change the depth, so this cannot happen; the
-          // depth is set right and the same RET then ends the run.
-          con::out << "An unknown error has happened at RET in Run. " << "OS is negative. B359DD93";
-          depth = 0;
-          break;
-        }
-        depth -= 1;
-        // ret581
-        if (sp >= 0x10000u) [[unlikely]] {
-          stop = Stop::RetError;
-          goto done;
-        }
-        const uint32_t i = 65535u - sp;
-        if (i >= static_cast<uint32_t>(kStackCells)) [[unlikely]] {
-          stopAdr = pr;
-          stop = Stop::StackStorage;
-          goto done;
-        }
-        pr = stk[i];
-        sp += 1;
-        break;
-      }
-
-      case OpExec::Svc:
-        ea = EFF_ADR();
-        Save();
-        svcService(mc, static_cast<int32_t>(ea));
-        pr += 2;
-        break;
-
-      case OpExec::Exit:
-        stop = Stop::Exit;  // PR stays at the word
-        goto done;
-
-      case OpExec::Invalid:
-      default:
-        stop = Stop::Unknown;
-        goto done;
     }
+    mem[ea] = gr[R_];
   }
-done:
+  pr += 2;
+  NEXT();
+}
+
+h_lad:
+  gr[R_] = static_cast<int32_t>(EFF_ADR());  // no flags, no effAdr
+  pr += 2;
+  NEXT();
+
+h_adda: {
+  FETCH_OPERAND(op);
+  const int32_t t = Sext16(static_cast<uint32_t>(gr[R_])) + Sext16(static_cast<uint32_t>(op));
+  gr[R_] = fv = Sext16(static_cast<uint32_t>(t));
+  fovf = fv != t ? 1 : 0;
+  NEXT();
+}
+
+h_suba: {
+  FETCH_OPERAND(op);
+  const int32_t t = Sext16(static_cast<uint32_t>(gr[R_])) - Sext16(static_cast<uint32_t>(op));
+  gr[R_] = fv = Sext16(static_cast<uint32_t>(t));
+  fovf = fv != t ? 1 : 0;
+  NEXT();
+}
+
+h_addl: {
+  FETCH_OPERAND(op);
+  const uint32_t t = (static_cast<uint32_t>(gr[R_]) & 0xFFFFu) + (static_cast<uint32_t>(op) & 0xFFFFu);
+  gr[R_] = static_cast<int32_t>(t & 0xFFFFu);
+  fv = Sext16(t);
+  fovf = t > 0xFFFFu ? 1 : 0;
+  NEXT();
+}
+
+h_subl: {
+  FETCH_OPERAND(op);
+  const uint32_t t = (static_cast<uint32_t>(gr[R_]) & 0xFFFFu) - (static_cast<uint32_t>(op) & 0xFFFFu);
+  gr[R_] = static_cast<int32_t>(t & 0xFFFFu);
+  fv = Sext16(t);
+  fovf = t > 0xFFFFu ? 1 : 0;  // the difference was below 0
+  NEXT();
+}
+
+h_and: {
+  FETCH_OPERAND(op);
+  gr[R_] &= op;  // on the full cells
+  fv = Sext16(static_cast<uint32_t>(gr[R_]));
+  fovf = 0;
+  NEXT();
+}
+
+h_or: {
+  FETCH_OPERAND(op);
+  gr[R_] |= op;
+  fv = Sext16(static_cast<uint32_t>(gr[R_]));
+  fovf = 0;
+  NEXT();
+}
+
+h_xor: {
+  FETCH_OPERAND(op);
+  gr[R_] ^= op;
+  fv = Sext16(static_cast<uint32_t>(gr[R_]));
+  fovf = 0;
+  NEXT();
+}
+
+h_cpa: {
+  const bool regForm = (w & 0x400u) != 0;
+  FETCH_OPERAND(op);
+  const int32_t lhs = Sext16(static_cast<uint32_t>(gr[R_]));
+  const int32_t rhs = Sext16(static_cast<uint32_t>(op));
+  fv = lhs - rhs;  // less: Fsign; equal: Fzero
+  fovf = 0;
+  if (regForm) mc.cmpResult = lhs > rhs ? 0 : lhs == rhs ? 1 : 2;
+  NEXT();
+}
+
+h_cpl: {
+  FETCH_OPERAND(op);
+  fv = (gr[R_] & 0xFFFF) - (op & 0xFFFF);
+  fovf = 0;
+  NEXT();
+}
+
+h_sla: {
+  // The sign bit stays out of the shift; Fzero is taken from the raw value
+  // before bit 15 is cleared.
+  ea = EFF_ADR();
+  const uint32_t n = ea > 15u ? 16u : ea;
+  const uint32_t old = static_cast<uint32_t>(gr[R_]) & 0xFFFFu;
+  const uint32_t bit15 = old & 0x8000u;
+  const uint32_t raw = ((old << n) & 0xFFFFu) | bit15;
+  gr[R_] = bit15 ? Sext16(raw) : static_cast<int32_t>(raw & 0x7FFFu);
+  fovf = (n >= 1 && n <= 15) ? static_cast<int32_t>((old >> (15 - n)) & 1u) : 0;
+  fv = Sext16(raw);  // Fsign is the old bit 15, Fzero from raw
+  pr += 2;
+  NEXT();
+}
+
+h_sra: {
+  ea = EFF_ADR();
+  const uint32_t n = ea > 15u ? 16u : ea;
+  const uint32_t old = static_cast<uint32_t>(gr[R_]) & 0xFFFFu;
+  gr[R_] = fv = Sext16(old) >> n;  // arithmetic: n 16 gives 0 or -1
+  fovf = n >= 1 ? static_cast<int32_t>((old >> (n - 1)) & 1u) : 0;
+  pr += 2;
+  NEXT();
+}
+
+h_sll: {
+  ea = EFF_ADR();
+  if (ea > 16u) {
+    gr[R_] = 0;
+    fovf = 0;
+    fv = 0;
+  } else {
+    const uint32_t old = static_cast<uint32_t>(gr[R_]) & 0xFFFFu;
+    const uint32_t v = (old << ea) & 0xFFFFu;
+    gr[R_] = static_cast<int32_t>(v);
+    fv = Sext16(v);
+    fovf = ea >= 1 ? static_cast<int32_t>((old >> (16 - ea)) & 1u) : 0;
+  }
+  pr += 2;
+  NEXT();
+}
+
+h_srl: {
+  ea = EFF_ADR();
+  if (ea > 16u) {
+    gr[R_] = 0;
+    fovf = 0;
+    fv = 0;
+  } else {
+    const uint32_t old = static_cast<uint32_t>(gr[R_]) & 0xFFFFu;
+    gr[R_] = fv = Sext16(old >> ea);  // sign-extended from 16 bits
+    fovf = ea >= 1 ? static_cast<int32_t>((old >> (ea - 1)) & 1u) : 0;
+  }
+  pr += 2;
+  NEXT();
+}
+
+h_jmi:
+  ea = EFF_ADR();
+  pr = fv < 0 ? WIDE_SUM() : pr + 2;
+  NEXT();
+
+h_jnz:
+  ea = EFF_ADR();
+  pr = fv != 0 ? ea : pr + 2;
+  NEXT();
+
+h_jze:
+  ea = EFF_ADR();
+  pr = fv == 0 ? WIDE_SUM() : pr + 2;
+  NEXT();
+
+h_jump:
+  ea = EFF_ADR();
+  pr = ea;
+  NEXT();
+
+h_jpl:
+  ea = EFF_ADR();
+  pr = fv > 0 ? WIDE_SUM() : pr + 2;
+  NEXT();
+
+h_jov:
+  ea = EFF_ADR();
+  pr = fovf == 1 ? ea : pr + 2;
+  NEXT();
+
+h_push:
+  ea = EFF_ADR();
+  mc.SP = static_cast<int32_t>(sp);
+  mc.PR = static_cast<int32_t>(pr + 1);
+  stackPush(mc, static_cast<int32_t>(ea));  // a refusal is told and the run goes on
+  sp = static_cast<uint32_t>(mc.SP);
+  pr += 2;
+  NEXT();
+
+h_pop: {
+  // No check for an empty stack; only the storage behind it is guarded.
+  const uint32_t i = 65535u - sp;
+  if (i >= static_cast<uint32_t>(kStackCells)) {
+    stopAdr = static_cast<int32_t>(pr);
+    goto stack_storage;
+  }
+  gr[R_] = stk[i];
+  sp += 1;
+  pr += 1;
+  NEXT();
+}
+
+h_call: {
+  // No check against the stack limit; only the storage is guarded.
+  ea = EFF_ADR();
+  const uint32_t i = 65535u - (sp - 1u);
+  if (i >= static_cast<uint32_t>(kStackCells)) {
+    stopAdr = static_cast<int32_t>(pr);
+    goto stack_storage;
+  }
+  depth += 1;
+  sp -= 1;
+  stk[i] = static_cast<int32_t>(pr + 2);
+  pr = ea;
+  NEXT();
+}
+
+h_ret: {
+  if (depth == 0) {
+    stop = Stop::Ret;  // PR stays at the RET
+    goto done;
+  }
+  if (depth < 0) {
+    // CALL and RET alone change the depth, so this cannot happen; the depth
+    // is set right and the same RET then ends the run.
+    con::out << "An unknown error has happened at RET in Run. " << "OS is negative. B359DD93";
+    depth = 0;
+    NEXT();
+  }
+  depth -= 1;
+  // ret581
+  if (sp >= 0x10000u) {
+    stop = Stop::RetError;
+    goto done;
+  }
+  const uint32_t i = 65535u - sp;
+  if (i >= static_cast<uint32_t>(kStackCells)) {
+    stopAdr = static_cast<int32_t>(pr);
+    goto stack_storage;
+  }
+  pr = static_cast<uint64_t>(static_cast<int64_t>(stk[i]));
+  sp += 1;
+  NEXT();
+}
+
+h_svc:
+  ea = EFF_ADR();
+  Save();
+  svcService(mc, static_cast<int32_t>(ea));
+  pr += 2;
+  NEXT();
+
+h_exit:
+  stop = Stop::Exit;  // PR stays at the word
+  goto done;
+
+h_unknown:
+  stop = Stop::Unknown;
+  goto done;
+
+pr_out:
+  stop = static_cast<int64_t>(pr) > kPrTop ? Stop::Quiet : Stop::PrStop;
+  goto done;
+register_stop:
+  stop = Stop::Register;
+  goto done;
+nop_stop:
+  stop = Stop::Nop;
+  goto done;
+load_stop:
+  stop = Stop::Load;
+  goto done;
+store_stop:
+  stop = Stop::Store;
+  goto done;
+store_storage:
+  stop = Stop::StoreStorage;
+  goto done;
+stack_storage:
+  stop = Stop::StackStorage;
+  goto done;
+
+#undef NEXT
+#undef R_
+#undef X_
 #undef EFF_ADR
 #undef WIDE_SUM
 #undef FETCH_OPERAND
-#undef SET_FLAGS16
+done:
   Save();
 
   switch (stop) {
     case Stop::Unknown:
-      SayUnknownCode(mc, w);
+      SayUnknownCode(mc, static_cast<int32_t>(w));
       return 0;  // no stamp, no ending, no time line
     case Stop::Load:
       timeVcl->stampRunEnd();
@@ -659,10 +745,10 @@ done:
       SayPrStop(mc);
       break;
     case Stop::Register:
-      SayRegisterStop(mc, w);
+      SayRegisterStop(mc, static_cast<int32_t>(w));
       break;
     case Stop::Nop:
-      SayNopStop(mc, w);
+      SayNopStop(mc, static_cast<int32_t>(w));
       break;
     case Stop::RetError:
       SayRetError(mc);
