@@ -544,7 +544,7 @@ h_sla: {
   const uint32_t raw = ((old << n) & 0xFFFFu) | bit15;
   gr[R_] = bit15 ? Sext16(raw) : static_cast<int32_t>(raw & 0x7FFFu);
   fovf = (n >= 1 && n <= 15) ? static_cast<int32_t>((old >> (15 - n)) & 1u) : 0;
-  fv = Sext16(raw);  // Fsign is the old bit 15, Fzero from raw
+  fv = bit15 ? -1 : raw != 0 ? 1 : 0;  // Fsign is the old bit 15, Fzero from raw
   pr += 2;
   NEXT();
 }
