@@ -87,6 +87,8 @@ void RunStatistics(Tcomet2& mc) {
 void RunStages(TGame& game, const FightMode& mode, int loadResult) {
   game.CurrentFileCh = fileData->LastSrcFile;
   game.CurrentFile = fileData->LastSrcFile;
+  // The name the reports and the machine show for this source.
+  if (b->SrcFileName.empty()) b->SrcFileName = fileData->LastSrcFile;
   CopyRawLinesNW();
   if (editNWB() < 0) return;
   Sum(game);
