@@ -251,6 +251,18 @@ TEST_F(Analysis, IndexRegisterChecks) {
   EXPECT_EQ(out, "エラー： 2 行目： 指標レジスターに GR0 は使えない。 \n");
 }
 
+TEST_F(Analysis, CommaBehindTheAddressWithNothingBehindIt) {
+  // The address check warns of the comma, and the index check then finds
+  // no index register behind it.
+  EXPECT_EQ(Fight(Prog({"\tLD\tGR1,A,", "\tRET", "A\tDC\t1"})), 1);
+  EXPECT_EQ(Warnings(), 1);
+  EXPECT_TRUE(Has("Error : line 2:  \"A,\" :   Although there is a comma at the right side of the 2nd operand, there is "
+                  "no description of an index register follwing the comma. \n"));
+  Reset(0);
+  EXPECT_EQ(Fight(Prog({"\tJUMP\tA,", "\tRET", "A\tDC\t1"})), 1);
+  EXPECT_TRUE(Has("エラー： 2 行目：  \"A,\" :   二つめのオペランドの右にコンマがあるのにコンマの右に指標レジスタの記述がない。 \n"));
+}
+
 TEST_F(Analysis, SvcWarnsOnEveryLine) {
   EXPECT_EQ(Fight(Prog({"\tSVC\t2", "\tSVC\t1", "\tRET"})), 0);
   EXPECT_EQ(Warnings(), 2);
