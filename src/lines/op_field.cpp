@@ -35,7 +35,7 @@ int CkOpStrNW(int prg) {
   int last = p.prgEndLine;
   if (last >= static_cast<int>(b->vecSrcW.size())) last = static_cast<int>(b->vecSrcW.size()) - 1;
   int bad = -1;
-  for (int i = p.prgFirstLine; i <= last; ++i) {
+  for (int i = p.prgFirstLine < 0 ? 0 : p.prgFirstLine; i <= last; ++i) {
     const wstr& op = L(i).opStr;
     if (op.empty()) continue;
     if (IsOpcodeOfCasl2(op)) continue;
@@ -122,7 +122,8 @@ int DetDefLineNW(int prg) {
   // they stand behind every instruction never finds a line before them.
   const int firstDef = INT_MAX;
   int lastExec = -1;
-  for (int i = p.prgFirstLine; i < p.prgEndLine && i < static_cast<int>(b->vecSrcW.size()); ++i) {
+  for (int i = p.prgFirstLine < 0 ? 0 : p.prgFirstLine; i < p.prgEndLine && i < static_cast<int>(b->vecSrcW.size());
+       ++i) {
     const wstr& op = L(i).opStr;
     if (!op.empty() && op != u"DC" && op != u"DS") lastExec = i;
   }

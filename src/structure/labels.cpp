@@ -50,7 +50,7 @@ int CkLabelDoubleNW(int first, int last) {
 
 int CkLabelInUseNW() {
   for (const PrgDataW& p : b->vecPrgW) {
-    for (int i = p.prgFirstLine + 1; i < p.prgEndLine && i < static_cast<int>(b->vecSrcW.size()); ++i) {
+    for (int i = p.prgFirstLine < 0 ? 0 : p.prgFirstLine + 1; i < p.prgEndLine && i < static_cast<int>(b->vecSrcW.size()); ++i) {
       const SrcLineW& s = L(i);
       if (s.labelStr.empty() || s.labelUsed) continue;
       wstr q = QuoteW(s.labelStr);
