@@ -451,6 +451,7 @@ TEST_F(PrgName, StartOperandWords) {
   CkPrgNameNW(1);
   b->vecSrcW[1].labelStr = u"LOOP";
   b->vecSrcW[1].rlAdr = 3;
+  b->vecSrcW[1].abAdr = 3;
   SrcLineW& s = b->vecSrcW[0];
   EXPECT_EQ(CkStartAdrOperandNW(0, u"LOOP", 0), 0);
   EXPECT_EQ(s.word_kazu, 2);
@@ -465,6 +466,10 @@ TEST_F(PrgName, StartOperandWords) {
   EXPECT_EQ(b->vecPrgW[1].prgUsed, 1);
   EXPECT_EQ(b->vecSrcW[3].labelUsed, 1);
   EXPECT_EQ(s.word_kazu, 2);
+  b->vecSrcW[3].abAdr = 9;  // once the link has given Q its place
+  CkStartAdrOperandNW(0, u"Q", 0);
+  EXPECT_EQ(s.second_word, 9);
+  EXPECT_EQ(s.vecWord[1].wordCode, 9);
   // No operand.
   EXPECT_EQ(CkStartAdrOperandNW(1, u"", 3), 0);
   EXPECT_EQ(b->vecSrcW[3].word_kazu, 1);

@@ -260,6 +260,9 @@ int CkStartAdrOperandNW(int prg, wview oprnd, int line) {
     }
     return -1;
   }
+  // The jump takes the absolute address of the line named (the machine
+  // knows no other): for a later program's name or a label further down it
+  // is 0 in the first address pass and settled in the second, in the link.
   // The labels of this program from its START line on: the first line of
   // each label, as the search from the front finds it.
   if (prg >= 0 && static_cast<size_t>(prg) < b->vecPrgW.size()) {
@@ -275,7 +278,7 @@ int CkStartAdrOperandNW(int prg, wview oprnd, int line) {
     if (it != labels.end()) {
       SrcLineW& target = v[it->second];
       target.labelUsed = 1;
-      SetStartWords(s, target.rlAdr);
+      SetStartWords(s, target.abAdr);
       return result;
     }
   }
@@ -286,7 +289,7 @@ int CkStartAdrOperandNW(int prg, wview oprnd, int line) {
     if (other.prgFirstLine >= 0 && static_cast<size_t>(other.prgFirstLine) < v.size()) {
       SrcLineW& target = v[other.prgFirstLine];
       target.labelUsed = 1;
-      adr = target.rlAdr;
+      adr = target.abAdr;
     }
     other.prgUsed = 1;
     SetStartWords(s, adr);
