@@ -16,11 +16,11 @@ std::string Ini(const std::string& lang) {
 
 // Assembles `source` once (menu item 1) and lets the input end.
 e2e::RunResult Assemble(const std::string& source, const std::string& lang = "ENU", const std::string& more = "") {
-  e2e::RunSpec spec;
-  spec.ini = Ini(lang);
-  spec.input = "\n1\nt.txt\n" + more;
-  spec.files = {{"t.txt", source}};
-  e2e::RunResult r = e2e::run(spec);
+  e2e::RunSpec rs;
+  rs.ini = Ini(lang);
+  rs.input = "\n1\nt.txt\n" + more;
+  rs.files = {{"t.txt", source}};
+  e2e::RunResult r = e2e::run(rs);
   EXPECT_FALSE(r.timed_out) << r.out;
   EXPECT_FALSE(r.signaled) << r.out;
   EXPECT_EQ(r.status, 0) << r.out;
