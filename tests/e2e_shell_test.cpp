@@ -313,4 +313,39 @@ TEST(E2eShell, DeleteItemsAskThroughRmAndReturnToTheMenu) {
   EXPECT_EQ(r.files.at("drillasm.ini"), ini);  // rm met the end of input: no
 }
 
+// The sample with one warning: a comma behind the operand of DS.
+std::string WarnedSample() {
+  std::string s = Sample();
+  size_t at = s.find("SUM     DS      1\n");
+  EXPECT_NE(at, std::string::npos);
+  if (at != std::string::npos) s.replace(at, 18, "SUM     DS      1,\n");
+  return s;
+}
+
+TEST(E2eShell, WarningsMenuDecidesTheRun) {
+  const std::string menuE = "\n\n\nMenu:\n1.  Go on this execution. \n2.  Go back to Main Menu. \nInput a menu number. \n";
+  const std::string menuJ = "\n\n\nメニュー:\n１ このまま実行する。\n２ メイン メニューにもどる。\n"
+                            "メニュウ番号を入力してください。 \n";
+  for (const char* mode : {"NWW", "WP"}) {
+    // 2 and "x" go back without a run; 1 runs.
+    e2e::RunResult r = Drill(Ini(mode), "\n1\nsrc/w\n2\n1\nsrc/w\nx\n11\n1\n\n", {{"src/w.txt", WarnedSample()}});
+    EXPECT_EQ(e2e::count_occurrences(r.out, "1 warning: \n"), 3u) << mode << r.out;
+    EXPECT_EQ(e2e::count_occurrences(r.out, menuE), 3u) << mode << r.out;
+    EXPECT_EQ(e2e::count_occurrences(r.out, "SUM(1..5) = 15"), 1u) << mode << r.out;
+    EXPECT_EQ(e2e::count_occurrences(r.out, "---> aaResultantRegMry.txt"), 1u) << mode << r.out;
+    EXPECT_TRUE(r.files.count("aaAssembledRegMry.txt"));
+
+    e2e::RunResult j = Drill(Ini(mode, "JPN", 0), "\n11\n2\n", {{"src/pn1000.txt", WarnedSample()}});
+    EXPECT_NE(j.out.find("1 個の 警告 がある。\n"), std::string::npos) << mode << j.out;
+    EXPECT_NE(j.out.find(menuJ), std::string::npos) << mode << j.out;
+    EXPECT_FALSE(j.files.count("aaResultantRegMry.txt"));
+    EXPECT_TRUE(j.files.count("aaAssembledRegMry.txt"));
+  }
+  // The end of input at the warnings menu ends the program.
+  const std::string ini = Ini("WP");
+  e2e::RunResult end = Drill(ini, "\n11\n", {{"src/pn1000.txt", WarnedSample()}});
+  EXPECT_TRUE(end.out.ends_with(menuE)) << end.out;
+  EXPECT_EQ(end.files.at("drillasm.ini"), ini);
+}
+
 }  // namespace

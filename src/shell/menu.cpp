@@ -127,7 +127,7 @@ void OpenHelp(const TFileData& fd) {
   if ((x11 && *x11) || (wayland && *wayland)) {
     shell::RunCommand({"xdg-open", help});
   } else {
-    ShowThroughEditor(fd, help);
+    shell::RunEditor(shell::UserEditor(), help);
   }
 }
 
@@ -241,7 +241,8 @@ int MainMenu(TFileData& fd, std::string& fileName) {
         if (ModeSelector(fd) < 0) continue;
         return ModeChangeCode;
       case 8:
-        ShowThroughEditor(fd, "drillasm.ini");
+        // The settings file opens in the user's editor whatever the index.
+        shell::RunEditor(shell::UserEditor(), "drillasm.ini");
         ReadSettings(b->SettingsPath);
         return 88;
       case 9:
