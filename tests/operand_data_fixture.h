@@ -62,6 +62,7 @@ class OpdTest : public ::testing::Test {
     int i = Line(u"", op);
     b->vecSrcW[i].oprndComChH = text;
     b->vecSrcW[i].oprndComStr = text;
+    b->vecSrcW[i].editStr = text;
     return i;
   }
   // Closes the lines from `first` on as a program; the END line is added.

@@ -109,8 +109,8 @@ TEST_F(LiteralTest, BlanksNextToCommasGoInFrontOfTheLiteral) {
   int j = TextLine(u"LD", u"GR1 , GR2");
   Program(u"P", s);
   CkStrConstLiteralNW10CS(0);
-  EXPECT_EQ(L(i).oprndComStr, u"GR1,='A , B'");
-  EXPECT_EQ(L(j).oprndComStr, u"GR1 , GR2");
+  EXPECT_EQ(L(i).editStr, u"GR1,='A , B'");
+  EXPECT_EQ(L(j).editStr, u"GR1 , GR2");
   EXPECT_EQ(c.out, "");
 }
 

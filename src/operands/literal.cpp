@@ -1,6 +1,7 @@
 // Literals: a decimal, hexadecimal or string constant written with a
 // leading "=" as an address operand. Their syntax is checked before the
-// operands are split, so that an error in one is told in its own words; the
+// operands are split, on the working copy editStr (operand text with its
+// comment cut off), so that an error in one is told in its own words; the
 // record and the address come in the address pass.
 #include <vector>
 
@@ -62,7 +63,7 @@ void CkLiteralString(TCorrectScode& c, int line, const wstr& s, size_t k) {
 }
 
 void CkLiteralLine(TCorrectScode& c, int line) {
-  const wstr s = L(line).oprndComStr;
+  const wstr s = L(line).editStr;
   // The first "=" outside apostrophes.
   bool inStr = false;
   size_t k = 0;
@@ -169,7 +170,7 @@ int CkLiteral15NW(int prg) {
   if (!Range(prg, first, end)) return -1;
   for (int i = first; i < end; ++i) {
     const SrcLineW& ln = L(i);
-    if (ln.opStr.empty() || ln.oprndComStr.empty() || NoLiteralOp(ln.opStr)) continue;
+    if (ln.opStr.empty() || ln.editStr.empty() || NoLiteralOp(ln.opStr)) continue;
     CkLiteralLine(*cs, i);
   }
   return 0;
@@ -199,8 +200,8 @@ int CkStrConstLiteralNW10CS(int prg) {
   TCorrectScode& c = *cs;
   for (int i = first; i < end; ++i) {
     SrcLineW& ln = L(i);
-    if (ln.opStr.empty() || ln.opStr == u"DC" || ln.oprndComStr.empty()) continue;
-    const wstr& s = ln.oprndComStr;
+    if (ln.opStr.empty() || ln.opStr == u"DC" || ln.editStr.empty()) continue;
+    const wstr& s = ln.editStr;
     size_t from = 0;
     bool bad = false;
     for (;;) {
@@ -222,7 +223,7 @@ int CkStrConstLiteralNW10CS(int prg) {
       }
       from = static_cast<size_t>(pos) + 1;
     }
-    if (!bad) DropBlanksAtCommas(ln.oprndComStr);
+    if (!bad) DropBlanksAtCommas(ln.editStr);
   }
   return 0;
 }
