@@ -3,7 +3,7 @@
 //
 //   BM_RunLoop/1000   about 100 million instructions (the figure to quote)
 //   BM_RunLoop/20     about 2 million, for a count under callgrind:
-//     valgrind --tool=callgrind bench_run_loop --benchmark_filter='BM_RunLoop/20$'
+//     valgrind --tool=callgrind bench_run_loop --benchmark_filter='BM_RunLoop/20/'
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
