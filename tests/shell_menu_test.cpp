@@ -209,4 +209,27 @@ TEST_F(MenuTest, LongLinesAreReadInPieces) {
   EXPECT_EQ(AfterPause(), std::string(kLongE) + "You are expected to input a good menu number.\n" + kLongE + kLongJ);
 }
 
+TEST_F(MenuTest, PromptsOfTheNameItemsInBothLanguages) {
+  struct Case {
+    const char* item;
+    const char* english;
+    const char* japanese;
+  } cases[] = {
+      {"1", "\nInput a filename (with no extension). \n", "\nファイル名(拡張子省略可) を入力してください。 \n"},
+      {"4", "Input a folder name.  eg1:  src     eg2:  src/example\n",
+       "フォルダ名を入力してください。　例１： src  例２：　src/example\n"},
+      {"5", "Input a text filename to edit. \n",
+       "テキスト名を入力してください。　例１： src\\pn3035  　例２: src/list792j\n"},
+  };
+  for (const Case& c : cases) {
+    for (int lang : {1, 0}) {
+      SetLang(lang);
+      out.clear();
+      RunToEnd(std::string("\n") + c.item + "\n");
+      const std::string menu = lang == 1 ? kLongE : kLongJ;
+      EXPECT_TRUE(out.ends_with(menu + (lang == 1 ? c.english : c.japanese))) << c.item << " " << lang << out;
+    }
+  }
+}
+
 }  // namespace

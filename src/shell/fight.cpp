@@ -82,6 +82,13 @@ void RunStatistics(Tcomet2& mc) {
   mc.execCountLog = maxCount > 0 ? static_cast<int32_t>(std::lround(std::log10(static_cast<double>(maxCount)))) : 0;
 }
 
+// The programs of the file that have a record.
+int PrgKazu() {
+  int n = b->GetPrgKazuInFile();
+  int records = static_cast<int>(b->vecPrgW.size());
+  return n < records ? n : records;
+}
+
 // Steps 8 to 17 of a pass, for a file that was read. Returns when the pass
 // is over, at a gate or after the clean-up.
 void RunStages(TGame& game, const FightMode& mode, int loadResult) {
@@ -103,7 +110,7 @@ void RunStages(TGame& game, const FightMode& mode, int loadResult) {
 
   // Every program is paired and stripped of its comments, whatever the
   // results.
-  for (int i = 0; i < b->GetPrgKazuInFile(); ++i) {
+  for (int i = 0; i < PrgKazu(); ++i) {
     StartEndNW(i);
     CutCommentNW(i);
   }
@@ -114,7 +121,7 @@ void RunStages(TGame& game, const FightMode& mode, int loadResult) {
   Sum(game);
   if (game.ErrorKazu > 0) return;
 
-  for (int i = 0; i < b->GetPrgKazuInFile(); ++i) CkPrgNameNW(i);
+  for (int i = 0; i < PrgKazu(); ++i) CkPrgNameNW(i);
   Sum(game);
   if (game.ErrorKazu > 0) return;
   if (CkPrgNameDoubleNW() < 0) return;
