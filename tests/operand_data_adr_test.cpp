@@ -397,4 +397,58 @@ TEST_F(AdrPassTest, AnErrorLeavesTheLineWithoutAddressAndALineOfNoBranchEndsTheP
   EXPECT_EQ(AdrCk53NWCS(7), -1);  // no such program: reported, no crash
 }
 
+
+TEST_F(AdrPassTest, LiteralsOfEachKindOnTwoLinesTakeTwoPlaces) {
+  Captured c;
+  int s = Line(u"P", u"START", {}, 1);
+  std::vector<int> lines;
+  for (const char16_t* t : {u"=-1", u"=-1", u"=#8000", u"=#8000", u"='XY'", u"='XY'", u"=+70000"})
+    lines.push_back(Line(u"", u"LD", {u"GR1,", t}, 2, 0x1010));
+  Program(u"P", s);
+  EXPECT_EQ(AdrCk53NWCS(0), 0);
+  // Lines 1-14, literals from 15: two numbers, two numbers, two strings of
+  // two words, and the cut decimal.
+  const int expect[] = {15, 16, 17, 18, 19, 21, 23};
+  for (size_t k = 0; k < lines.size(); ++k) {
+    EXPECT_EQ(L(lines[k]).second_word, expect[k]) << k;
+    ASSERT_EQ(L(lines[k]).vecLiteConst.size(), 1u);
+    EXPECT_EQ(L(lines[k]).vecLiteConst[0].liteAbAdr, expect[k]);
+    EXPECT_EQ(L(lines[k]).vecLiteConst[0].liteRlAdr, expect[k]);
+  }
+  EXPECT_EQ(L(lines[0]).vecLiteConst[0].liteValue, 0xFFFF);
+  EXPECT_EQ(L(lines[2]).vecLiteConst[0].liteValue, 0x8000);
+  EXPECT_EQ(L(lines[2]).vecLiteConst[0].liteKind, "LiteHexConst");
+  EXPECT_EQ(L(lines[4]).vecLiteConst[0].liteKind, "LiteCharConst");
+  EXPECT_EQ(L(lines[4]).vecLiteConst[0].liteWordKazu, 2);
+  EXPECT_EQ(L(lines[5]).vecLiteConst[0].liteChars.at(1).charAbAdr, 22);
+  EXPECT_EQ(L(lines[6]).vecLiteConst[0].liteValue, 70000 & 0xFFFF);
+  EXPECT_EQ(b->vecPrgW[0].prgLiteStart, 15);
+  EXPECT_EQ(b->MaxMemory, 24);
+  // A literal decimal outside -32768..32767 warns as a constant does.
+  EXPECT_EQ(cs->WarningKazu, 1);
+  EXPECT_EQ(Msg(0).code, "F93C6677");
+  // The second pass replaces the records and gives the same places.
+  EXPECT_EQ(AdrCk53NWCS(0), 0);
+  EXPECT_EQ(L(lines[5]).vecLiteConst.size(), 1u);
+  EXPECT_EQ(L(lines[5]).second_word, 21);
+  EXPECT_EQ(b->MaxMemory, 24);
+}
+
+TEST_F(AdrPassTest, StartWithAnEntryLabel) {
+  Captured c;
+  int s = Line(u"P", u"START", {u"GO"}, 2);
+  int d = Line(u"", u"DS", {u"0"}, 0);
+  int go = Line(u"GO", u"RET", {}, 1, 0x8100);
+  Program(u"P", s);
+  EXPECT_EQ(AdrCk53NWCS(0), 0);
+  EXPECT_EQ(AdrCk53NWCS(0), 0);  // the entry lies ahead: the second pass settles it
+  EXPECT_EQ(L(s).first_word, 0x6400);
+  EXPECT_EQ(L(s).second_word, 2);
+  ASSERT_EQ(L(s).vecWord.size(), 2u);
+  EXPECT_EQ(L(s).vecWord[1].abAdr, 1);
+  EXPECT_EQ(L(d).abAdr, 2);  // DS 0 shares the address of the next line
+  EXPECT_EQ(L(go).abAdr, 2);
+  EXPECT_EQ(b->MaxMemory, 3);
+}
+
 }  // namespace
