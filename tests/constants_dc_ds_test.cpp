@@ -7,7 +7,7 @@ namespace {
 using opdtest::Captured;
 using opdtest::OpdTest;
 
-class DcTest : public OpdTest {
+class ConstantsDcTest : public OpdTest {
  protected:
   // The DC path of the dispatch.
   int Dc(const std::u16string& text) {
@@ -28,7 +28,7 @@ class DcTest : public OpdTest {
   }
 };
 
-TEST_F(DcTest, ConstantsOfEveryKindAndTheirWords) {
+TEST_F(ConstantsDcTest, ConstantsOfEveryKindAndTheirWords) {
   Captured c;
   int i = Dc(u"22,55,'abc',88");
   EXPECT_EQ(L(i).vecOprndAtDC.size(), 4u);
@@ -47,7 +47,7 @@ TEST_F(DcTest, ConstantsOfEveryKindAndTheirWords) {
   EXPECT_EQ(cs->ErrorKazu + cs->WarningKazu + cs->NoteKazu, 0);
 }
 
-TEST_F(DcTest, ACommentAndTrailingBlanksAreCutOff) {
+TEST_F(ConstantsDcTest, ACommentAndTrailingBlanksAreCutOff) {
   Captured c;
   int i = Dc(u"'A;B', 3 ;note  ");
   EXPECT_EQ(L(i).oprndComChH, u"'A;B', 3");
@@ -56,7 +56,7 @@ TEST_F(DcTest, ACommentAndTrailingBlanksAreCutOff) {
   EXPECT_EQ(cs->ErrorKazu, 0);
 }
 
-TEST_F(DcTest, ATrailingCommaIsANoteAndTakesNoWord) {
+TEST_F(ConstantsDcTest, ATrailingCommaIsANoteAndTakesNoWord) {
   Captured c;
   int i = Dc(u"1,");
   EXPECT_EQ(L(i).word_kazu, 1);
@@ -68,7 +68,7 @@ TEST_F(DcTest, ATrailingCommaIsANoteAndTakesNoWord) {
             "constant description at the right side of the comma. \n");
 }
 
-TEST_F(DcTest, BlanksBetweenConstantsAndAfterSigns) {
+TEST_F(ConstantsDcTest, BlanksBetweenConstantsAndAfterSigns) {
   Captured c;
   Dc(u"22 55");
   Dc(u"# 12");
@@ -93,7 +93,7 @@ TEST_F(DcTest, BlanksBetweenConstantsAndAfterSigns) {
             "　例： LABEL DC 22, 55, 'abc', 88 ; コメント\n");
 }
 
-TEST_F(DcTest, StringConstantsMustBeClosedAndNotEmpty) {
+TEST_F(ConstantsDcTest, StringConstantsMustBeClosedAndNotEmpty) {
   Captured c;
   Dc(u"'abc");
   Dc(u"1,''");
@@ -116,7 +116,7 @@ TEST_F(DcTest, StringConstantsMustBeClosedAndNotEmpty) {
   EXPECT_EQ(c.out, "エラー： 4 行目： 文字定数が正しく閉じていない。アポストロフィに着目。 アポストロフィ(')は２個続けて('')書く。 \n");
 }
 
-TEST_F(DcTest, ConstantChecksNameThePlaceOfTheConstant) {
+TEST_F(ConstantsDcTest, ConstantChecksNameThePlaceOfTheConstant) {
   Captured c;
   int i = Dc(u"#FFFF,#ff,12A");
   EXPECT_EQ(cs->ErrorKazu, 2);  // a number's error does not end the walk
@@ -126,7 +126,7 @@ TEST_F(DcTest, ConstantChecksNameThePlaceOfTheConstant) {
   EXPECT_NE(c.out.find("Error : line 1:  Constant Nr=3: There is non-numerical letter"), std::string::npos);
 }
 
-TEST_F(DcTest, AddressConstantsAndStrangeCharacters) {
+TEST_F(ConstantsDcTest, AddressConstantsAndStrangeCharacters) {
   Captured c;
   Dc(u"ABCDEFGHI,\"AB\"");  // the error of the address constant ends the walk
   Dc(u"\"AB\"");
@@ -147,7 +147,7 @@ TEST_F(DcTest, AddressConstantsAndStrangeCharacters) {
   EXPECT_EQ(c.out, "エラー： 4 行目： 1 番目の定数： CASL2 で使用できない文字が  \"?1\"  の中にある。 \n");
 }
 
-TEST_F(DcTest, EmptyOperandsAndAnEmptyLine) {
+TEST_F(ConstantsDcTest, EmptyOperandsAndAnEmptyLine) {
   Captured c;
   int i = Dc(u",5");
   EXPECT_EQ(cs->ErrorKazu, 1);
@@ -164,7 +164,7 @@ TEST_F(DcTest, EmptyOperandsAndAnEmptyLine) {
   EXPECT_EQ(c.out, "エラー： 3 行目： DC 命令 の 右に オペランド(定数) の記述がない。\n");
 }
 
-TEST_F(DcTest, DcAnalysisOfALineThatIsNotDcIsAFault) {
+TEST_F(ConstantsDcTest, DcAnalysisOfALineThatIsNotDcIsAFault) {
   Captured c;
   int i = TextLine(u"DS", u"1");
   EXPECT_EQ(OprndAtDC_NWCS(*cs, i), -1);
@@ -172,9 +172,9 @@ TEST_F(DcTest, DcAnalysisOfALineThatIsNotDcIsAFault) {
   EXPECT_EQ(OprndAtDC_NWCS(*cs, 99), -1);  // no such line: reported, no crash
 }
 
-using DsTest = DcTest;
+using ConstantsDsTest = ConstantsDcTest;
 
-TEST_F(DsTest, ReservedWordsAndTheirCount) {
+TEST_F(ConstantsDsTest, ReservedWordsAndTheirCount) {
   Captured c;
   int z = Ds(u"0");
   EXPECT_EQ(L(z).word_kazu, 0);
@@ -197,7 +197,7 @@ TEST_F(DsTest, ReservedWordsAndTheirCount) {
   EXPECT_EQ(cs->ErrorKazu + cs->WarningKazu, 0);
 }
 
-TEST_F(DsTest, TheLimitsOfTheStackAndOfTheMachine) {
+TEST_F(ConstantsDsTest, TheLimitsOfTheStackAndOfTheMachine) {
   Captured c;
   Ds(u"65036");
   Ds(u"65535");
@@ -217,7 +217,7 @@ TEST_F(DsTest, TheLimitsOfTheStackAndOfTheMachine) {
   EXPECT_EQ(c.out, std::string("エラー： 5 行目： ") + bits);
 }
 
-TEST_F(DsTest, OnlyAPositiveDecimalNumber) {
+TEST_F(ConstantsDsTest, OnlyAPositiveDecimalNumber) {
   Captured c;
   Ds(u"-1");
   Ds(u"#10");
@@ -242,7 +242,7 @@ TEST_F(DsTest, OnlyAPositiveDecimalNumber) {
             "エラー： 5 行目： DS 命令 の 右に オペランド（10 進定数）の記述がない。 \n");
 }
 
-TEST_F(DsTest, ATrailingCommaIsDroppedWithAWarning) {
+TEST_F(ConstantsDsTest, ATrailingCommaIsDroppedWithAWarning) {
   Captured c;
   int i = Ds(u"5,");
   EXPECT_EQ(L(i).word_kazu, 5);
@@ -256,7 +256,7 @@ TEST_F(DsTest, ATrailingCommaIsDroppedWithAWarning) {
   EXPECT_EQ(c.out, "警告： 2 行目： DS 命令のオペランドの場合、数字の右に( ,) は不要。 空白でよい。\n");
 }
 
-TEST_F(DsTest, AConversionThatStopsEarlyIsAFaultThatStopsThePass) {
+TEST_F(ConstantsDsTest, AConversionThatStopsEarlyIsAFaultThatStopsThePass) {
   Captured c;
   int i = Ds(u"5+3");
   EXPECT_EQ(cs->ErrorKazu, 1);

@@ -7,9 +7,9 @@ namespace {
 using opdtest::Captured;
 using opdtest::OpdTest;
 
-using ParserTest = OpdTest;
+using ConstantsParserTest = OpdTest;
 
-TEST_F(ParserTest, DecimalTextCheckAndItsTwoCodes) {
+TEST_F(ConstantsParserTest, DecimalTextCheckAndItsTwoCodes) {
   Captured c;
   EXPECT_EQ(CkDecConstG(*cs, 2, 0, u"-32768"), 0);
   EXPECT_EQ(CkDecConstG(*cs, 2, 0, u"+7"), 0);
@@ -25,7 +25,7 @@ TEST_F(ParserTest, DecimalTextCheckAndItsTwoCodes) {
   EXPECT_NE(c.out.find("エラー： 1 行目： 1 番目の定数：  \"9x\" 10進定数の中に数字以外の文字がある。\n"), std::string::npos);
 }
 
-TEST_F(ParserTest, DecimalCheckRefusesAWrongFirstCharacterAsAProgramFault) {
+TEST_F(ConstantsParserTest, DecimalCheckRefusesAWrongFirstCharacterAsAProgramFault) {
   Captured c;
   EXPECT_EQ(CkDecConstG(*cs, 0, 0, u"A1"), -1);
   EXPECT_EQ(CkDecConstG(*cs, 0, 0, u""), -1);
@@ -33,7 +33,7 @@ TEST_F(ParserTest, DecimalCheckRefusesAWrongFirstCharacterAsAProgramFault) {
   EXPECT_NE(c.out.find("Prg. Error: "), std::string::npos);
 }
 
-TEST_F(ParserTest, DecimalValuesAtTheLimitsKeepTheirLow16Bits) {
+TEST_F(ConstantsParserTest, DecimalValuesAtTheLimitsKeepTheirLow16Bits) {
   Captured c;
   EXPECT_EQ(DecStrToIntG(*cs, 0, 0, u"32767"), 32767);
   EXPECT_EQ(DecStrToIntG(*cs, 0, 0, u"-32768"), -32768);
@@ -60,7 +60,7 @@ TEST_F(ParserTest, DecimalValuesAtTheLimitsKeepTheirLow16Bits) {
             std::string::npos);
 }
 
-TEST_F(ParserTest, HexadecimalChecksInTheirOrder) {
+TEST_F(ConstantsParserTest, HexadecimalChecksInTheirOrder) {
   Captured c;
   EXPECT_EQ(CkHexConstG(*cs, 0, 0, u"#FFFF"), 0);
   EXPECT_EQ(CkHexConstG(*cs, 0, 0, u"#00FF"), 0);
@@ -91,7 +91,7 @@ TEST_F(ParserTest, HexadecimalChecksInTheirOrder) {
             "エラー： 5 行目：  16進数は4文字で記述する。5 文字ある。\n");
 }
 
-TEST_F(ParserTest, HexadecimalValues) {
+TEST_F(ConstantsParserTest, HexadecimalValues) {
   Captured c;
   EXPECT_EQ(HexStrToIntG(u"#FFFF"), 65535);
   EXPECT_EQ(HexStrToIntG(u"#00FF"), 255);
@@ -102,7 +102,7 @@ TEST_F(ParserTest, HexadecimalValues) {
   EXPECT_NE(c.out.find("* Prg. Error: Fail to wcstol(); *endptr is non LY0.\n"), std::string::npos);
 }
 
-TEST_F(ParserTest, WhatMayFollowAStringConstant) {
+TEST_F(ConstantsParserTest, WhatMayFollowAStringConstant) {
   Captured c;
   EXPECT_EQ(IsStrConstClosedGL10CS(*cs, 0, u"'AB'", 3), 0);
   EXPECT_EQ(IsStrConstClosedGL10CS(*cs, 0, u"'AB'  ,3", 3), 0);
@@ -125,7 +125,7 @@ TEST_F(ParserTest, WhatMayFollowAStringConstant) {
   EXPECT_EQ(cs->ErrorKazu, 2);
 }
 
-TEST_F(ParserTest, WordsOfAStringConstant) {
+TEST_F(ConstantsParserTest, WordsOfAStringConstant) {
   Captured c;
   EXPECT_EQ(CountWordKazuAtCharConst_NAWCS(u"'ABC'"), 3);
   EXPECT_EQ(CountWordKazuAtCharConst_NAWCS(u"'A''B'"), 3);
@@ -138,7 +138,7 @@ TEST_F(ParserTest, WordsOfAStringConstant) {
   EXPECT_NE(c.out.find("その文字は（A）であった。"), std::string::npos);
 }
 
-TEST_F(ParserTest, Ordinals) {
+TEST_F(ConstantsParserTest, Ordinals) {
   EXPECT_EQ(OrdinalW(1), u"1st");
   EXPECT_EQ(OrdinalW(2), u"2nd");
   EXPECT_EQ(OrdinalW(3), u"3rd");

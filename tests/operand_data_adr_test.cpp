@@ -8,9 +8,9 @@ namespace {
 using opdtest::Captured;
 using opdtest::OpdTest;
 
-using AdrOperandTest = OpdTest;
+using OperandDataAdrOperandTest = OpdTest;
 
-TEST_F(AdrOperandTest, MissingOperandsAndLoneCommas) {
+TEST_F(OperandDataAdrOperandTest, MissingOperandsAndLoneCommas) {
   Captured c;
   int a = Line(u"", u"LD", {u"GR1,", u""});
   int j = Line(u"", u"JUMP", {u""});
@@ -37,7 +37,7 @@ TEST_F(AdrOperandTest, MissingOperandsAndLoneCommas) {
             "エラー： 3 行目： コンマの重複あるいはコンマの前にオペランドの記述がない。  \n");
 }
 
-TEST_F(AdrOperandTest, CommasAroundTheIndexRegister) {
+TEST_F(OperandDataAdrOperandTest, CommasAroundTheIndexRegister) {
   Captured c;
   int plain = Line(u"", u"LD", {u"GR1,", u"A"}, 0, 0x1010);
   int idx = Line(u"", u"LD", {u"GR1,", u"A,", u"GR2"});
@@ -74,7 +74,7 @@ TEST_F(AdrOperandTest, CommasAroundTheIndexRegister) {
             "つ目のオペランドの右のコンマは不要です。あるいは、このコンマに続く指標レジスターの記述が必要です。\n");
 }
 
-class AdrConstTest : public OpdTest {
+class OperandDataAdrConstTest : public OpdTest {
  protected:
   // One program with a line "LD GR1,<text>" at index 1 and a label X at 3.
   int Setup(const std::u16string& text, const std::u16string& op = u"LD") {
@@ -92,7 +92,7 @@ class AdrConstTest : public OpdTest {
   }
 };
 
-TEST_F(AdrConstTest, DecimalOperandsAtTheLimits) {
+TEST_F(OperandDataAdrConstTest, DecimalOperandsAtTheLimits) {
   Captured c;
   const std::pair<std::u16string, int> silent[] = {{u"65535", 0xFFFF}, {u"-32768", 0x8000}, {u"0", 0}, {u"+12", 12}, {u"-1", 0xFFFF}};
   for (auto& [text, v] : silent) {
@@ -130,7 +130,7 @@ TEST_F(AdrConstTest, DecimalOperandsAtTheLimits) {
   EXPECT_EQ(L(bad).second_word, 0);
 }
 
-TEST_F(AdrConstTest, HexadecimalOperands) {
+TEST_F(OperandDataAdrConstTest, HexadecimalOperands) {
   Captured c;
   int ok = Setup(u"#FFFF");
   EXPECT_EQ(Resolve(ok), 0);
@@ -159,7 +159,7 @@ TEST_F(AdrConstTest, HexadecimalOperands) {
                        "エラー： " + std::to_string(h + 1) + " 行目：  １６ 進数は ４ 桁で記述する。(仕様2･3 (4)) 5 桁ある。\n");
 }
 
-TEST_F(AdrConstTest, LabelTextsAndUndefinedNames) {
+TEST_F(OperandDataAdrConstTest, LabelTextsAndUndefinedNames) {
   Captured c;
   int nine = Setup(u"ABCDEFGHI");  // an error of length, defined or not
   int small = Setup(u"Abc");
@@ -190,7 +190,7 @@ TEST_F(AdrConstTest, LabelTextsAndUndefinedNames) {
                        "エラー： " + std::to_string(n2 + 1) + " 行目： アドレス定数は８文字以内の制限がある。 10 文字ある。 \n");
 }
 
-TEST_F(AdrConstTest, ProgramNamesComeBeforeLabelsAndWarnOutsideCallAndLad) {
+TEST_F(OperandDataAdrConstTest, ProgramNamesComeBeforeLabelsAndWarnOutsideCallAndLad) {
   Captured c;
   // Program 0 has a label SUB of its own; program 1 is named SUB.
   int s0 = Line(u"MAIN", u"START", {}, 1);
@@ -221,7 +221,7 @@ TEST_F(AdrConstTest, ProgramNamesComeBeforeLabelsAndWarnOutsideCallAndLad) {
   EXPECT_EQ(c.out, "警告： 2 行目： アドレス定数として外部のプログラム名を用いている。　暴走の可能性がある。 これはあなたの意図ですか？\n");
 }
 
-TEST_F(AdrConstTest, TheFirstOfTwoEqualLabelsAnswers) {
+TEST_F(OperandDataAdrConstTest, TheFirstOfTwoEqualLabelsAnswers) {
   Captured c;
   int s = Line(u"P", u"START", {}, 1);
   int ld = Line(u"", u"LD", {u"GR1,", u"A"}, 2);
@@ -236,11 +236,11 @@ TEST_F(AdrConstTest, TheFirstOfTwoEqualLabelsAnswers) {
   EXPECT_EQ(L(a2).labelUsed, 0);
 }
 
-class AdrPassTest : public OpdTest {};
+class OperandDataAdrPassTest : public OpdTest {};
 
 // Two programs as the instruction rules leave them, taken through the first
 // pass (per program) and the second pass (all programs again).
-TEST_F(AdrPassTest, TwoProgramsWithLiteralsMacrosForwardReferencesAndCalls) {
+TEST_F(OperandDataAdrPassTest, TwoProgramsWithLiteralsMacrosForwardReferencesAndCalls) {
   Captured c;
   int s0 = Line(u"MAIN", u"START", {}, 1);
   int ld = Line(u"", u"LD", {u"GR1,", u"DATA"}, 2, 0x1010);
@@ -361,7 +361,7 @@ TEST_F(AdrPassTest, TwoProgramsWithLiteralsMacrosForwardReferencesAndCalls) {
   EXPECT_EQ(L(buf2).vecWord[2].abAdr, 62);
 }
 
-TEST_F(AdrPassTest, ALongDsUsesUpItsNoteText) {
+TEST_F(OperandDataAdrPassTest, ALongDsUsesUpItsNoteText) {
   Captured c;
   int s = Line(u"P", u"START", {}, 1);
   int ds = Line(u"", u"DS", {u"25"}, 25);
@@ -374,7 +374,7 @@ TEST_F(AdrPassTest, ALongDsUsesUpItsNoteText) {
   EXPECT_EQ(b->MaxMemory, 26);
 }
 
-TEST_F(AdrPassTest, AnErrorLeavesTheLineWithoutAddressAndALineOfNoBranchEndsThePass) {
+TEST_F(OperandDataAdrPassTest, AnErrorLeavesTheLineWithoutAddressAndALineOfNoBranchEndsThePass) {
   Captured c;
   int s = Line(u"P", u"START", {}, 1);
   int bad = Line(u"", u"JUMP", {u"NOWHERE"}, 2, 0x6400);
@@ -398,7 +398,7 @@ TEST_F(AdrPassTest, AnErrorLeavesTheLineWithoutAddressAndALineOfNoBranchEndsTheP
 }
 
 
-TEST_F(AdrPassTest, LiteralsOfEachKindOnTwoLinesTakeTwoPlaces) {
+TEST_F(OperandDataAdrPassTest, LiteralsOfEachKindOnTwoLinesTakeTwoPlaces) {
   Captured c;
   int s = Line(u"P", u"START", {}, 1);
   std::vector<int> lines;
@@ -434,7 +434,7 @@ TEST_F(AdrPassTest, LiteralsOfEachKindOnTwoLinesTakeTwoPlaces) {
   EXPECT_EQ(b->MaxMemory, 24);
 }
 
-TEST_F(AdrPassTest, StartWithAnEntryLabel) {
+TEST_F(OperandDataAdrPassTest, StartWithAnEntryLabel) {
   Captured c;
   int s = Line(u"P", u"START", {u"GO"}, 2);
   int d = Line(u"", u"DS", {u"0"}, 0);

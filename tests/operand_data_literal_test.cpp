@@ -7,7 +7,7 @@ namespace {
 using opdtest::Captured;
 using opdtest::OpdTest;
 
-class LiteralTest : public OpdTest {
+class OperandDataLiteralTest : public OpdTest {
  protected:
   // One program with the given operand texts on LD lines; runs both checks.
   void Check(std::vector<std::u16string> texts, const std::u16string& op = u"LD") {
@@ -20,7 +20,7 @@ class LiteralTest : public OpdTest {
   std::string Head(int lineNr) { return "Error : line " + std::to_string(lineNr) + ": "; }
 };
 
-TEST_F(LiteralTest, GoodLiteralsOfEachKindAreSilent) {
+TEST_F(OperandDataLiteralTest, GoodLiteralsOfEachKindAreSilent) {
   Captured c;
   Check({u"GR1,=10", u"GR1,=-32768", u"GR1,=+5,GR2", u"GR1,=#00FF", u"GR1,='A''B'", u"GR1,=' ; ',GR3",
          u"GR1,='日本'", u"GR1,A", u"GR1,GR2"});
@@ -28,7 +28,7 @@ TEST_F(LiteralTest, GoodLiteralsOfEachKindAreSilent) {
   EXPECT_EQ(cs->ErrorKazu, 0);
 }
 
-TEST_F(LiteralTest, DecimalAndHexadecimalLiterals) {
+TEST_F(OperandDataLiteralTest, DecimalAndHexadecimalLiterals) {
   Captured c;
   Check({u"GR1,=1A", u"GR1,=#12", u"GR1,=#12G", u"GR1,=#12345"});
   EXPECT_EQ(cs->ErrorKazu, 5);  // =#12G is wrong twice
@@ -46,7 +46,7 @@ TEST_F(LiteralTest, DecimalAndHexadecimalLiterals) {
             "エラー： 3 行目： リテラル16進定数は 4 桁で記述。\n");
 }
 
-TEST_F(LiteralTest, StringLiterals) {
+TEST_F(OperandDataLiteralTest, StringLiterals) {
   Captured c;
   Check({u"GR1,=''", u"GR1,='AB'C", u"GR1,='AB"});
   EXPECT_EQ(cs->ErrorKazu, 3);
@@ -69,7 +69,7 @@ TEST_F(LiteralTest, StringLiterals) {
             "エラー： 4 行目：  \"GR1,='AB\" : 正例１．：　='Ruby' \n正例２．：  ='Ruby '' 123'\n");
 }
 
-TEST_F(LiteralTest, ALabelCannotBeALiteral) {
+TEST_F(OperandDataLiteralTest, ALabelCannotBeALiteral) {
   Captured c;
   Check({u"GR1,=ABC", u"GR1,=", u"GR1,=+A"});
   EXPECT_EQ(cs->ErrorKazu, 3);
@@ -90,7 +90,7 @@ TEST_F(LiteralTest, ALabelCannotBeALiteral) {
             "（CASL2言語の仕様   2.5 機械語命令）したがって、ラベルはリテラル定数としては使えない。\n");
 }
 
-TEST_F(LiteralTest, LinesThatTakeNoLiteralAreNotLookedAt) {
+TEST_F(OperandDataLiteralTest, LinesThatTakeNoLiteralAreNotLookedAt) {
   Captured c;
   int s = Line(u"P", u"START");
   TextLine(u"DC", u"=5");
@@ -102,7 +102,7 @@ TEST_F(LiteralTest, LinesThatTakeNoLiteralAreNotLookedAt) {
   EXPECT_EQ(CkLiteral15NW(3), -1);  // no such program
 }
 
-TEST_F(LiteralTest, BlanksNextToCommasGoInFrontOfTheLiteral) {
+TEST_F(OperandDataLiteralTest, BlanksNextToCommasGoInFrontOfTheLiteral) {
   Captured c;
   int s = Line(u"P", u"START");
   int i = TextLine(u"LD", u"GR1 , ='A , B'");
@@ -114,7 +114,7 @@ TEST_F(LiteralTest, BlanksNextToCommasGoInFrontOfTheLiteral) {
   EXPECT_EQ(c.out, "");
 }
 
-TEST_F(LiteralTest, TheCloseOfAStringConstant) {
+TEST_F(OperandDataLiteralTest, TheCloseOfAStringConstant) {
   Captured c;
   int pos = 1;
   EXPECT_EQ(DetStrConstGL10CS(pos, u"='A''B',X"), 0);

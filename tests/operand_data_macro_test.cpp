@@ -7,12 +7,12 @@ namespace {
 using opdtest::Captured;
 using opdtest::OpdTest;
 
-class MacroTest : public OpdTest {
+class OperandDataMacroTest : public OpdTest {
  protected:
   std::string Head(const char* kind, int lineNr) { return std::string(kind) + " : line " + std::to_string(lineNr) + ": "; }
 };
 
-TEST_F(MacroTest, TwoLabelsAreClean) {
+TEST_F(OperandDataMacroTest, TwoLabelsAreClean) {
   Captured c;
   int i = Line(u"", u"IN", {u"BUF,", u"LEN"});
   int o = Line(u"", u"OUT", {u"BUF ,", u"LEN "});
@@ -26,7 +26,7 @@ TEST_F(MacroTest, TwoLabelsAreClean) {
   EXPECT_EQ(c.out, "");
 }
 
-TEST_F(MacroTest, OneOperandOnly) {
+TEST_F(OperandDataMacroTest, OneOperandOnly) {
   Captured c;
   int a = Line(u"", u"OUT", {u"BUF"});
   int b2 = Line(u"", u"IN", {u"BUF "});
@@ -53,7 +53,7 @@ TEST_F(MacroTest, OneOperandOnly) {
             "メモ： 2 行目： オペランドの右に空白があると以降はコメントとみなされる。\n");
 }
 
-TEST_F(MacroTest, ACommaBehindTheSecondOperand) {
+TEST_F(OperandDataMacroTest, ACommaBehindTheSecondOperand) {
   Captured c;
   int i = Line(u"", u"IN", {u"BUF,", u"LEN,"});
   EXPECT_EQ(macro2NWCS(*cs, i), 0);
@@ -62,7 +62,7 @@ TEST_F(MacroTest, ACommaBehindTheSecondOperand) {
   EXPECT_EQ(c.out, Head("Warning", 1) + "A comma at the right side of the second operand is of no use.  It should be deleted. \n");
 }
 
-TEST_F(MacroTest, OperandsMustBeLabels) {
+TEST_F(OperandDataMacroTest, OperandsMustBeLabels) {
   Captured c;
   int r = Line(u"", u"IN", {u"GR1,", u"LEN"});
   int h = Line(u"", u"IN", {u"#1000,", u"LEN"});
@@ -90,7 +90,7 @@ TEST_F(MacroTest, OperandsMustBeLabels) {
             "エラー： 5 行目： B-F: アドレス定数に英大文字と数字以外の文字がある。\n");
 }
 
-TEST_F(MacroTest, OnlyInAndOutAreMacrosOfTwoOperands) {
+TEST_F(OperandDataMacroTest, OnlyInAndOutAreMacrosOfTwoOperands) {
   Captured c;
   int i = Line(u"", u"LD", {u"BUF,", u"LEN"});
   EXPECT_EQ(macro2NWCS(*cs, i), -1);
@@ -104,7 +104,7 @@ TEST_F(MacroTest, OnlyInAndOutAreMacrosOfTwoOperands) {
   EXPECT_EQ(c.out, "エラー： 2 行目： 該当するマクロ命令がない。\n");
 }
 
-TEST_F(MacroTest, RpushAndRpopTakeNoOperand) {
+TEST_F(OperandDataMacroTest, RpushAndRpopTakeNoOperand) {
   Captured c;
   int push = Line(u"", u"RPUSH", {});
   int pop = Line(u"", u"RPOP", {});
@@ -119,7 +119,7 @@ TEST_F(MacroTest, RpushAndRpopTakeNoOperand) {
   EXPECT_EQ(cs->ErrorKazu, 1);
 }
 
-TEST_F(MacroTest, TheExpansionOfIn) {
+TEST_F(OperandDataMacroTest, TheExpansionOfIn) {
   Captured c;
   int s = Line(u"P", u"START", {}, 1);
   int in = Line(u"", u"IN", {u"BUF,", u"LEN"}, 12);
@@ -139,7 +139,7 @@ TEST_F(MacroTest, TheExpansionOfIn) {
   EXPECT_EQ(c.out, "");
 }
 
-TEST_F(MacroTest, TheExpansionTellsMissingAndUnknownLabels) {
+TEST_F(OperandDataMacroTest, TheExpansionTellsMissingAndUnknownLabels) {
   Captured c;
   int s = Line(u"P", u"START", {}, 1);
   int e = Line(u"", u"IN", {u"BUF", u""}, 12);
