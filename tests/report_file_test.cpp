@@ -2,6 +2,7 @@
 // numeric columns, the labels of an address, the time stamp and the console
 // note.
 #include <gtest/gtest.h>
+#include <dirent.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -133,8 +134,18 @@ TEST_F(ReportFile, OneProgramWithALabelOfEightCharacters) {
   }
   expected += kShort + "\n";
   EXPECT_EQ(ReadAll("aaAssembledRegMry.txt"), expected);
-  // No temporary file is left beside it.
-  EXPECT_EQ(access((dir_ + "/.aaAssembledRegMry.txt").c_str(), F_OK), -1);
+  // Written again over the old one, and no temporary file is left beside it.
+  ASSERT_EQ(DspRegMry70NW(*m, "aaAssembledRegMry.txt"), 0);
+  EXPECT_EQ(ReadAll("aaAssembledRegMry.txt"), expected);
+  std::vector<std::string> names;
+  if (DIR* d = opendir(dir_.c_str())) {
+    while (dirent* e = readdir(d)) {
+      std::string n = e->d_name;
+      if (n != "." && n != "..") names.push_back(n);
+    }
+    closedir(d);
+  }
+  EXPECT_EQ(names, std::vector<std::string>{"aaAssembledRegMry.txt"});
 }
 
 TEST_F(ReportFile, TwoProgramsTwoLabelsAtOneAddressAndAMachineThatRan) {
