@@ -244,4 +244,12 @@ TEST_F(SettingsTest, WrittenFileHoldsEveryKeyInOrder) {
   EXPECT_EQ(fileData->LastSrcFile, "src\\list792j.txt");
 }
 
+TEST_F(SettingsTest, ByteOrderMarkAndCrLfLinesAreRead) {
+  Read("\xEF\xBB\xBF[Mode]\r\nLangStr=JPN\r\nFightFunc=NH\r\n[Src]\r\nLastSrcFile=src\\a.txt\r\n");
+  EXPECT_EQ(out, "");
+  EXPECT_EQ(fileData->Lang, 0);
+  EXPECT_EQ(fileData->ModeName, "NH");
+  EXPECT_EQ(fileData->LastSrcFile, "src\\a.txt");
+}
+
 }  // namespace

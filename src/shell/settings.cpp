@@ -8,6 +8,7 @@
 #include <boost/property_tree/ptree.hpp>
 #include <cerrno>
 #include <cstdio>
+#include <fstream>
 #include <sstream>
 
 #include "records/console.h"
@@ -86,7 +87,16 @@ void ReadSettings(const std::string& path) {
 
   pt::ptree t;
   try {
-    pt::read_ini(path, t);
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw pt::ini_parser_error("cannot open file", path, 0);
+    std::stringstream text;
+    text << in.rdbuf();
+    // A byte order mark that some editors put in front is no part of the
+    // first line.
+    std::string bytes = text.str();
+    if (bytes.rfind("\xEF\xBB\xBF", 0) == 0) bytes.erase(0, 3);
+    std::istringstream clean(bytes);
+    pt::read_ini(clean, t);
   } catch (const pt::ini_parser_error& e) {
     // The file stays as it is; every key takes its fallback for this run.
     con::out << "Settings file " << path << ", line " << static_cast<long>(e.line()) << ": " << e.message()
