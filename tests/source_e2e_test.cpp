@@ -154,6 +154,10 @@ TEST(SourceE2e, BadInputNeitherCrashesNorHangs) {
   EXPECT_TRUE(Has(r, "Successfully Assembled! ")) << r.out;
   r = Assemble("s.txt", {{"s.txt", "P START\n RET\n; \x81\x20\x85\x40\n END\n"}});
   EXPECT_TRUE(Has(r, "Successfully Assembled! ")) << r.out;
+  // A line of 1 MB: the length warning, then the operand's own finding.
+  r = Assemble("l.txt", {{"l.txt", "P START\n LD GR1," + std::string(1 << 20, 'A') + "\n RET\n END\n"}});
+  EXPECT_TRUE(Has(r, "Warning: line 2: There are 1048580 characters in the line. ")) << r.out.substr(0, 3000);
+  EXPECT_TRUE(Has(r, "error to be corrected")) << r.out.substr(0, 3000);
 }
 
 }  // namespace

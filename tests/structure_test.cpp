@@ -275,7 +275,7 @@ TEST_F(Structure, TwoByteSpaceBetweenProgramsGivesTheLongForm) {
 // ---------------------------------------------------------------------------
 // Program names
 
-class PrgName : public Structure {
+class StructurePrgName : public Structure {
  protected:
   void Names(const std::vector<std::u16string>& starts) {
     std::vector<std::u16string> l;
@@ -291,7 +291,7 @@ class PrgName : public Structure {
   }
 };
 
-TEST_F(PrgName, GoodNameIsStored) {
+TEST_F(StructurePrgName, GoodNameIsStored) {
   Names({u"MAIN1 START", u"SUB\tSTART"});
   EXPECT_EQ(CkPrgNameNW(0), 0);
   EXPECT_EQ(CkPrgNameNW(1), 0);
@@ -302,7 +302,7 @@ TEST_F(PrgName, GoodNameIsStored) {
   EXPECT_EQ(CkPrgNameDoubleNW(), 0);
 }
 
-TEST_F(PrgName, BadCharacterThenSmallLetter) {
+TEST_F(StructurePrgName, BadCharacterThenSmallLetter) {
   Names({u"Abc START"});
   EXPECT_LT(CkPrgNameNW(0), 0);
   EXPECT_EQ(out,
@@ -319,7 +319,7 @@ TEST_F(PrgName, BadCharacterThenSmallLetter) {
             "エラー： 1 行目： ラベル  \"Abc\"  の第 1 文字目に英小文字が使われている。 英小文字は使えない。 \n");
 }
 
-TEST_F(PrgName, FirstLetterOnly) {
+TEST_F(StructurePrgName, FirstLetterOnly) {
   Names({u"abc START"});
   CkPrgNameNW(0);
   EXPECT_EQ(out,
@@ -333,7 +333,7 @@ TEST_F(PrgName, FirstLetterOnly) {
   EXPECT_EQ(out, "エラー： 1 行目： ラベルの先頭文字は英大文字であること。 先頭文字に数字は使えない。\n");
 }
 
-TEST_F(PrgName, TooLongAndReserved) {
+TEST_F(StructurePrgName, TooLongAndReserved) {
   Names({u"ABCDEFGHI START", u"GR0 START", u"ABCDEFGH START"});
   CkPrgNameNW(0);
   EXPECT_EQ(out,
@@ -356,14 +356,14 @@ TEST_F(PrgName, TooLongAndReserved) {
             "エラー： 4 行目： ラベルに予約語(GR0 - GR7) は使えない。\n");
 }
 
-TEST_F(PrgName, TwoByteSpaceInTheName) {
+TEST_F(StructurePrgName, TwoByteSpaceInTheName) {
   Names({u"A\u3000B START"});
   CkPrgNameNW(0);
   EXPECT_EQ(Codes(), (std::vector<std::string>{"0801EEC3", "FFAB036E"}));
   EXPECT_EQ(Errors(), 2);
 }
 
-TEST_F(PrgName, NoName) {
+TEST_F(StructurePrgName, NoName) {
   Names({u"P START"});
   b->vecSrcW[0].editStr = u" START";
   CkPrgNameNW(0);
@@ -375,7 +375,7 @@ TEST_F(PrgName, NoName) {
   EXPECT_EQ(out, "エラー： 1 行目： START アセンブラ命令の左にラベルが必要です。\n");
 }
 
-TEST_F(PrgName, SameNameEveryPair) {
+TEST_F(StructurePrgName, SameNameEveryPair) {
   Names({u"A START", u"B START", u"A START", u"A START"});
   for (int i = 0; i < 4; ++i) CkPrgNameNW(i);
   EXPECT_LT(CkPrgNameDoubleNW(), 0);
@@ -396,7 +396,7 @@ TEST_F(PrgName, SameNameEveryPair) {
             "エラー： プログラム名の重複：  \"A\"  が二つある。 \nプログラム1 と プログラム3 の名前 \n1 行目 と 7 行目にある。\n");
 }
 
-TEST_F(PrgName, SameNameAnswersAsTheSearchOverAllPairs) {
+TEST_F(StructurePrgName, SameNameAnswersAsTheSearchOverAllPairs) {
   std::mt19937 rng(7);
   for (int round = 0; round < 20; ++round) {
     ResetBasicData();
@@ -425,7 +425,7 @@ TEST_F(PrgName, SameNameAnswersAsTheSearchOverAllPairs) {
   }
 }
 
-TEST_F(PrgName, ProgramNeverCalled) {
+TEST_F(StructurePrgName, ProgramNeverCalled) {
   Names({u"P START", u"Q START", u"R START"});
   for (int i = 0; i < 3; ++i) CkPrgNameNW(i);
   b->vecPrgW[2].prgUsed = 1;
@@ -445,7 +445,7 @@ TEST_F(PrgName, ProgramNeverCalled) {
 // ---------------------------------------------------------------------------
 // The operand of START
 
-TEST_F(PrgName, StartOperandWords) {
+TEST_F(StructurePrgName, StartOperandWords) {
   Names({u"P START LOOP", u"Q START"});
   CkPrgNameNW(0);
   CkPrgNameNW(1);
@@ -478,7 +478,7 @@ TEST_F(PrgName, StartOperandWords) {
   EXPECT_EQ(out, "");
 }
 
-TEST_F(PrgName, StartOperandFindings) {
+TEST_F(StructurePrgName, StartOperandFindings) {
   Names({u"P START", u"Q START"});
   CkPrgNameNW(0);
   CkPrgNameNW(1);
