@@ -219,6 +219,22 @@ TEST_F(Structure, RetFormsAnywhereOnTheLine) {
   EXPECT_EQ(Warnings(), 1);
 }
 
+TEST_F(Structure, ReasonsForAMissingWordLookAtTheFirstLineWithAForm) {
+  Lines({u" NOP", u"X START;", u"Y START\u3000", u"\u3000START"});
+  editNWB();
+  EXPECT_EQ(CkSTART_LR_W(), 1);
+  EXPECT_EQ(out, " A space is expected at the right side of START instruction. \n(Spce. 2.1 (4) in a case of Without operand. \n");
+  EXPECT_EQ(DetSTARTatZenKakuSpaceW(), 1);
+  EXPECT_EQ(b->ErrorKazu, 2);
+  EXPECT_TRUE(msgLog->WideLog.empty());  // counted, not recorded
+  out.clear();
+  Lines({u" NOP"});
+  editNWB();
+  EXPECT_EQ(CkSTART_LR_W() + DetSTARTatZenKakuSpaceW() + CkEnd_LR_W(), 0);
+  EXPECT_EQ(DetENDatZenKakuSpaceW(), 0);  // the fixed line table is empty in this mode
+  EXPECT_EQ(out, "");
+}
+
 // ---------------------------------------------------------------------------
 // StartEndNW and the text between programs
 
