@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <string>
 
+#include "records/console.h"
 #include "source/source.h"
 
 namespace {
@@ -15,9 +16,15 @@ std::string_view ZeroEnded(std::string_view s) {
   return z == std::string_view::npos ? s : s.substr(0, z);
 }
 
+int g_openErrno = 0;
+
 // One converter for the life of the process (one thread).
 iconv_t Cp932() {
-  static iconv_t cd = iconv_open("UTF-16LE", "CP932");
+  static iconv_t cd = [] {
+    iconv_t c = iconv_open("UTF-16LE", "CP932");
+    if (c == reinterpret_cast<iconv_t>(-1)) g_openErrno = errno;
+    return c;
+  }();
   return cd;
 }
 
@@ -31,7 +38,14 @@ wstr AnsiToWStr(std::string_view line0) {
   if (line.empty()) return out;
   iconv_t cd = Cp932();
   if (cd == reinterpret_cast<iconv_t>(-1)) {
-    // No converter: ASCII passes, every other byte is undecodable.
+    // No converter: said once, in the words of the conversion failure; then
+    // ASCII passes and every other byte is undecodable.
+    static bool said = false;
+    if (!said) {
+      said = true;
+      con::out << "in function utf_16_to_shift_jis, WideCharToMultiByte fail. cause: unknown(" << g_openErrno << ")"
+               << con::endl;
+    }
     for (unsigned char c : line) out.push_back(c < 0x80 ? char16_t(c) : char16_t(0xFFFD));
     return out;
   }
