@@ -137,6 +137,30 @@ TEST(SourceE2e, StartOperandNamesAnotherProgram) {
                      "\"NOWHERE\" . \n")) << r.out;
 }
 
+TEST(SourceE2e, MarkAndCodePageStayFromTheLastFile) {
+  // After a file with a UTF-8 mark, an unmarked UTF-8 file loses the first
+  // 3 bytes of its first line.
+  e2e::RunResult r = Assemble("bom.txt",
+                              {{"bom.txt", "\xEF\xBB\xBFP START\n RET\n END\n"},
+                               {"u.txt", "XYZQ START\n RET\n END\n; \xE3\x82\xA2\n"}},
+                              1, "\n1\nu.txt\n");
+  EXPECT_EQ(e2e::count_occurrences(r.out, "Successfully Assembled! "), 2u) << r.out;
+  EXPECT_TRUE(Has(r, "* Reading u.txt   utf-8\n")) << r.out;
+  // The short title skips the census: the code page of the last file holds.
+  e2e::RunSpec spec;
+  spec.ini = Ini(0);
+  spec.ini.replace(spec.ini.find("SimpleTitleIndex=0"), 18, "SimpleTitleIndex=1");
+  spec.input = "\n1\nle.txt\n\n1\nbin.txt\n";
+  spec.files = {{"le.txt", Le(kProgram)}, {"bin.txt", "A"}};
+  r = e2e::run(spec);
+  EXPECT_EQ(r.status, 0) << r.out;
+  EXPECT_FALSE(Has(r, "MoziKazu")) << r.out;
+  EXPECT_TRUE(Has(r, "'le.txt'     を読み込みます。 \n")) << r.out;
+  // The one-byte file goes through the UTF-16 reader and holds no source.
+  EXPECT_TRUE(Has(r, "'bin.txt'     を読み込みます。 \n")) << r.out;
+  EXPECT_TRUE(Has(r, "エラー：　アセンブラは準備完了、 ソースコードの記述がない。 \n")) << r.out;
+}
+
 TEST(SourceE2e, BadInputNeitherCrashesNorHangs) {
   // A folder given as the file name.
   e2e::RunResult r = Assemble("src", {{"src/x.txt", "P START\n RET\n END\n"}});
