@@ -41,7 +41,7 @@ std::string Slurp(const std::string& p) {
   return ss.str();
 }
 
-class SettingsTest : public ::testing::Test {
+class ShellSettings : public ::testing::Test {
  protected:
   std::string dir, ini, out;
 
@@ -88,7 +88,7 @@ class SettingsTest : public ::testing::Test {
   }
 };
 
-TEST_F(SettingsTest, MissingFileGetsTheDefaultsAndIsReadBack) {
+TEST_F(ShellSettings, MissingFileGetsTheDefaultsAndIsReadBack) {
   ReadSettings(ini);
   EXPECT_EQ(Slurp(ini), kDefaults);
   EXPECT_EQ(FilesInDir(), 1u);  // no temporary left behind
@@ -106,7 +106,7 @@ TEST_F(SettingsTest, MissingFileGetsTheDefaultsAndIsReadBack) {
   EXPECT_EQ(out, "");
 }
 
-TEST_F(SettingsTest, EmptyFileTakesTheFallbacksAndStaysAsItIs) {
+TEST_F(ShellSettings, EmptyFileTakesTheFallbacksAndStaysAsItIs) {
   Read("");
   EXPECT_EQ(Slurp(ini), "");
   EXPECT_EQ(fileData->Lang, 1);
@@ -124,7 +124,7 @@ TEST_F(SettingsTest, EmptyFileTakesTheFallbacksAndStaysAsItIs) {
   EXPECT_EQ(modeState->SilentModeIndex, 7);
 }
 
-TEST_F(SettingsTest, LangStrDecidesOverLangInt) {
+TEST_F(ShellSettings, LangStrDecidesOverLangInt) {
   struct Case {
     const char* text;
     int lang;
@@ -147,7 +147,7 @@ TEST_F(SettingsTest, LangStrDecidesOverLangInt) {
   }
 }
 
-TEST_F(SettingsTest, ClockNumberIsReadFromEditorOnly) {
+TEST_F(ShellSettings, ClockNumberIsReadFromEditorOnly) {
   Read("[Mode]\nTimeFuncStr=std::clock()\nTimeFuncInt=2\n");
   EXPECT_EQ(timeVcl->TimeFuncStr, "QPC");  // Mode.TimeFuncInt is not read
   EXPECT_EQ(timeVcl->TimeFuncInt, 0);
@@ -163,7 +163,7 @@ TEST_F(SettingsTest, ClockNumberIsReadFromEditorOnly) {
   EXPECT_EQ(timeVcl->TimeFuncStr, "QPC");
 }
 
-TEST_F(SettingsTest, IndicesAreGuardedWhereTheyGo) {
+TEST_F(ShellSettings, IndicesAreGuardedWhereTheyGo) {
   Read("[Mode]\nSimpleTitleIndex=2\nBusyModeIndex=3\nSilentModeIndex=1\n[Editor]\nTextEditorIndex=5\n"
        "TextEditorPath1=ed1\nTextEditorPath2=ed2\n");
   EXPECT_EQ(b->SimpleTitleIndex, 0);
@@ -190,7 +190,7 @@ TEST_F(SettingsTest, IndicesAreGuardedWhereTheyGo) {
   EXPECT_EQ(out, "");
 }
 
-TEST_F(SettingsTest, RejectedFileIsNamedWithItsLineAndLeftAsItIs) {
+TEST_F(ShellSettings, RejectedFileIsNamedWithItsLineAndLeftAsItIs) {
   const std::string bad = "[Mode]\nLangStr=JPN\nFightFunc=NH\nthis line has no equals sign\n";
   Read(bad);
   EXPECT_EQ(Slurp(ini), bad);
@@ -208,7 +208,7 @@ TEST_F(SettingsTest, RejectedFileIsNamedWithItsLineAndLeftAsItIs) {
   EXPECT_NE(out.find("line 3"), std::string::npos) << out;
 }
 
-TEST_F(SettingsTest, WrittenFileHoldsEveryKeyInOrder) {
+TEST_F(ShellSettings, WrittenFileHoldsEveryKeyInOrder) {
   SetLang(0);
   fileData->ModeName = "NaW";
   timeVcl->SetTimeFuncByInt(2);
@@ -244,7 +244,7 @@ TEST_F(SettingsTest, WrittenFileHoldsEveryKeyInOrder) {
   EXPECT_EQ(fileData->LastSrcFile, "src\\list792j.txt");
 }
 
-TEST_F(SettingsTest, ByteOrderMarkAndCrLfLinesAreRead) {
+TEST_F(ShellSettings, ByteOrderMarkAndCrLfLinesAreRead) {
   Read("\xEF\xBB\xBF[Mode]\r\nLangStr=JPN\r\nFightFunc=NH\r\n[Src]\r\nLastSrcFile=src\\a.txt\r\n");
   EXPECT_EQ(out, "");
   EXPECT_EQ(fileData->Lang, 0);

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class FightTest : public ::testing::Test {
+class ShellFight : public ::testing::Test {
  protected:
   std::string out, dir, savedPath;
   void SetUp() override {
@@ -40,7 +40,7 @@ class FightTest : public ::testing::Test {
   }
 };
 
-TEST_F(FightTest, ModeTableRows) {
+TEST_F(ShellFight, ModeTableRows) {
   const FightMode& wp = FightModeOf("WP");
   EXPECT_STREQ(wp.tag, "FightWP");
   EXPECT_STREQ(wp.CarrierName, "std::wstring<--UTF16");
@@ -58,7 +58,7 @@ TEST_F(FightTest, ModeTableRows) {
   EXPECT_STREQ(FightModeOf("nonsense").name, "NWW");
 }
 
-TEST_F(FightTest, ExitAndModeChangeReturnsAndTheLogAtEntry) {
+TEST_F(ShellFight, ExitAndModeChangeReturnsAndTheLogAtEntry) {
   TGame game;
   msgLog->WideLog.push_back(TMsgRec{});
   con::SetInputForTest("\n123\n");
@@ -74,7 +74,7 @@ TEST_F(FightTest, ExitAndModeChangeReturnsAndTheLogAtEntry) {
   EXPECT_EQ(fileData->CarrierName, "std::wstring<--UTF16");
 }
 
-TEST_F(FightTest, LanguageAboveOneIsJapaneseInTheFight) {
+TEST_F(ShellFight, LanguageAboveOneIsJapaneseInTheFight) {
   TGame game;
   SetLang(4);
   con::SetInputForTest("\n");
@@ -84,7 +84,7 @@ TEST_F(FightTest, LanguageAboveOneIsJapaneseInTheFight) {
   EXPECT_NE(out.find("メニュー：\n"), std::string::npos) << out;
 }
 
-TEST_F(FightTest, DispatchFollowsModeChangesAndEndsOnExit) {
+TEST_F(ShellFight, DispatchFollowsModeChangesAndEndsOnExit) {
   TGame game;
   // NWW -> NA -> same name (no change) -> NH, then exit.
   con::SetInputForTest("\n7\n4\n\n7\n4\n7\n6\n\n123\n");
@@ -103,7 +103,7 @@ TEST_F(FightTest, DispatchFollowsModeChangesAndEndsOnExit) {
   EXPECT_EQ(out, "");
 }
 
-TEST_F(FightTest, BannerShowsThreeTimesThenAnEmptyLine) {
+TEST_F(ShellFight, BannerShowsThreeTimesThenAnEmptyLine) {
   for (int k = 0; k < 5; ++k) DspBanner("NWW");
   size_t banners = 0;
   for (size_t p = out.find("R_NWW"); p != std::string::npos; p = out.find("R_NWW", p + 1)) ++banners;

@@ -68,7 +68,7 @@ const char* const kSelector =
     "9. NwW by default\n"
     "33. Cancel\n";
 
-class MenuTest : public ::testing::Test {
+class ShellMenu : public ::testing::Test {
  protected:
   std::string out;
   std::string fileName;
@@ -99,19 +99,19 @@ class MenuTest : public ::testing::Test {
   }
 };
 
-TEST_F(MenuTest, PauseThenLongMenuInEnglish) {
+TEST_F(ShellMenu, PauseThenLongMenuInEnglish) {
   RunToEnd("\n");
   EXPECT_EQ(out.rfind("\nPress ", 0), 0u) << out;
   EXPECT_EQ(AfterPause(), kLongE);
 }
 
-TEST_F(MenuTest, PauseAndLongMenuInJapanese) {
+TEST_F(ShellMenu, PauseAndLongMenuInJapanese) {
   SetLang(0);
   RunToEnd("\n");
   EXPECT_EQ(out, std::string("\n入力（Enter）キィを押すと次へ進む。") + kLongJ);
 }
 
-TEST_F(MenuTest, ShortMenuForSimpleTitleOrSilentMode) {
+TEST_F(ShellMenu, ShortMenuForSimpleTitleOrSilentMode) {
   modeState->SimpleTitleIndex = 1;
   RunToEnd("\n");
   EXPECT_EQ(AfterPause(), kShortE);
@@ -123,7 +123,7 @@ TEST_F(MenuTest, ShortMenuForSimpleTitleOrSilentMode) {
   EXPECT_EQ(out, std::string("\n入力（Enter）キィを押すと次へ進む。") + kShortJ);
 }
 
-TEST_F(MenuTest, BadNumbersInBothLanguages) {
+TEST_F(ShellMenu, BadNumbersInBothLanguages) {
   const std::string good = "You are expected to input a good menu number.\n";
   const std::string again = "Try it again!\n";
   RunToEnd("\n0\n12a\n\n  \nabc\n6\n12\n124\n-1\n");
@@ -137,7 +137,7 @@ TEST_F(MenuTest, BadNumbersInBothLanguages) {
                      "メニュー番号以外の入力がありましたのでもう一度！\n" + kLongJ + "もう一度\n" + kLongJ);
 }
 
-TEST_F(MenuTest, NumbersAroundTheItemsAreTrimmed) {
+TEST_F(ShellMenu, NumbersAroundTheItemsAreTrimmed) {
   msgLog->WideLog.push_back(TMsgRec{});
   fileData->LastSrcFile = "src\\pn1000.txt";
   con::SetInputForTest("\n \t11 \n");
@@ -147,7 +147,7 @@ TEST_F(MenuTest, NumbersAroundTheItemsAreTrimmed) {
   EXPECT_TRUE(msgLog->WideLog.empty());
 }
 
-TEST_F(MenuTest, ItemNineFlipsTheLanguageWithoutAPause) {
+TEST_F(ShellMenu, ItemNineFlipsTheLanguageWithoutAPause) {
   RunToEnd("\n9\n9\n");
   EXPECT_EQ(AfterPause(), std::string(kLongE) + kLongJ + kLongE);
   EXPECT_EQ(fileData->Lang, 1);
@@ -164,13 +164,13 @@ TEST_F(MenuTest, ItemNineFlipsTheLanguageWithoutAPause) {
   EXPECT_EQ(fileData->Lang, 0);
 }
 
-TEST_F(MenuTest, ModeSelectorCancelAndSameNameGoBackToTheMenu) {
+TEST_F(ShellMenu, ModeSelectorCancelAndSameNameGoBackToTheMenu) {
   RunToEnd("\n7\n33\n7\n9\n7\n1\n");
   EXPECT_EQ(AfterPause(), std::string(kLongE) + kSelector + kLongE + kSelector + kLongE + kSelector + kLongE);
   EXPECT_EQ(fileData->ModeName, "NWW");
 }
 
-TEST_F(MenuTest, ModeSelectorChangesTheMode) {
+TEST_F(ShellMenu, ModeSelectorChangesTheMode) {
   struct Case {
     const char* in;
     const char* mode;
@@ -183,7 +183,7 @@ TEST_F(MenuTest, ModeSelectorChangesTheMode) {
   }
 }
 
-TEST_F(MenuTest, ModeSelectorAsksAgainForAHappyNumber) {
+TEST_F(ShellMenu, ModeSelectorAsksAgainForAHappyNumber) {
   fileData->ModeName = "WP";
   con::SetInputForTest("x\n\n0\n3\n");
   EXPECT_EQ(ModeSelector(*fileData), 8888);
@@ -196,20 +196,20 @@ TEST_F(MenuTest, ModeSelectorAsksAgainForAHappyNumber) {
   EXPECT_EQ(out, std::string(kSelector) + "メニュー番号以外の入力がありましたのでもう一度！\n" + kSelector);
 }
 
-TEST_F(MenuTest, EndOfInputAtEachPrompt) {
+TEST_F(ShellMenu, EndOfInputAtEachPrompt) {
   for (const char* in : {"", "\n", "\n7\n", "\n1\n", "\n4\n", "\n5\n"}) {
     out.clear();
     RunToEnd(in);
   }
 }
 
-TEST_F(MenuTest, LongLinesAreReadInPieces) {
+TEST_F(ShellMenu, LongLinesAreReadInPieces) {
   // The menu reads 40 bytes; the rest of the line is the next answer.
   RunToEnd("\n" + std::string(40, ' ') + "9\n");
   EXPECT_EQ(AfterPause(), std::string(kLongE) + "You are expected to input a good menu number.\n" + kLongE + kLongJ);
 }
 
-TEST_F(MenuTest, PromptsOfTheNameItemsInBothLanguages) {
+TEST_F(ShellMenu, PromptsOfTheNameItemsInBothLanguages) {
   struct Case {
     const char* item;
     const char* english;

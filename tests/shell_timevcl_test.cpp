@@ -18,7 +18,7 @@ struct Captured {
   ~Captured() { con::SetCapture(nullptr); }
 };
 
-class TimeVclTest : public ::testing::Test {
+class ShellTimeVcl : public ::testing::Test {
  protected:
   TimeVcl t;
   void SetUp() override {
@@ -39,7 +39,7 @@ class TimeVclTest : public ::testing::Test {
   }
 };
 
-TEST_F(TimeVclTest, ClockByNameAndByNumber) {
+TEST_F(ShellTimeVcl, ClockByNameAndByNumber) {
   t.SetTimeFuncByName("QPC");
   EXPECT_EQ(t.TimeFuncInt, 0);
   t.SetTimeFuncByName("std::clock()");
@@ -58,7 +58,7 @@ TEST_F(TimeVclTest, ClockByNameAndByNumber) {
   }
 }
 
-TEST_F(TimeVclTest, QpcTexts) {
+TEST_F(ShellTimeVcl, QpcTexts) {
   t.SetTimeFuncByInt(0);
   EXPECT_EQ(Assemble(0), "1 micro second or less");
   EXPECT_EQ(Assemble(999999), "1 micro second or less");
@@ -79,7 +79,7 @@ TEST_F(TimeVclTest, QpcTexts) {
   EXPECT_EQ(Assemble(int64_t{31536000} * 10000000), "31536000.0 sec");
 }
 
-TEST_F(TimeVclTest, ChronoTexts) {
+TEST_F(ShellTimeVcl, ChronoTexts) {
   t.SetTimeFuncByInt(1);
   EXPECT_EQ(Assemble(0), "0 msec ");
   EXPECT_EQ(Assemble(9999), "0 msec ");
@@ -90,7 +90,7 @@ TEST_F(TimeVclTest, ChronoTexts) {
   EXPECT_EQ(t.DetTimeDiff_MilliSecStrA_General("AssembleTime"), "1299");
 }
 
-TEST_F(TimeVclTest, ClockTexts) {
+TEST_F(ShellTimeVcl, ClockTexts) {
   t.SetTimeFuncByInt(2);
   EXPECT_EQ(Assemble(0), "0 msec");
   EXPECT_EQ(Assemble(999), "999 msec");
@@ -101,7 +101,7 @@ TEST_F(TimeVclTest, ClockTexts) {
   EXPECT_EQ(t.DetTimeDiff_MilliSecStrA_General("AssembleTime"), "2050");
 }
 
-TEST_F(TimeVclTest, PhasesUseTheirOwnStamps) {
+TEST_F(ShellTimeVcl, PhasesUseTheirOwnStamps) {
   t.SetTimeFuncByInt(2);
   g_now = 100;
   t.stampReadFileStart();
@@ -124,7 +124,7 @@ TEST_F(TimeVclTest, PhasesUseTheirOwnStamps) {
   EXPECT_EQ(t.chronoStamps[TimeVcl::RunEnd], 0);
 }
 
-TEST_F(TimeVclTest, UnknownPhaseNamesByClock) {
+TEST_F(ShellTimeVcl, UnknownPhaseNamesByClock) {
   t.SetTimeFuncByInt(1);
   EXPECT_EQ(t.DetTimeDiff_GeneralA("LunchTime"), "Prg Error of else: std::chrono D164F0B4");
   t.SetTimeFuncByInt(0);
@@ -133,7 +133,7 @@ TEST_F(TimeVclTest, UnknownPhaseNamesByClock) {
   EXPECT_EQ(t.DetTimeDiff_GeneralA("LunchTime"), "Prg Error of else: std::clock A59FB6AA");
 }
 
-TEST_F(TimeVclTest, BadClockNumberAndFailedFrequencyAreReported) {
+TEST_F(ShellTimeVcl, BadClockNumberAndFailedFrequencyAreReported) {
   Captured c;
   t.TimeFuncInt = 5;
   g_now = 77;
@@ -157,7 +157,7 @@ TEST_F(TimeVclTest, BadClockNumberAndFailedFrequencyAreReported) {
   EXPECT_NE(c.out.find("  1AAAA2FFF"), std::string::npos);
 }
 
-TEST_F(TimeVclTest, TimeLines) {
+TEST_F(ShellTimeVcl, TimeLines) {
   Captured c;
   t.SetTimeFuncByInt(2);
   g_now = 0;
