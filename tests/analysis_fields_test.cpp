@@ -5,11 +5,12 @@
 namespace {
 
 using atest::Analysis;
+class AnalysisFields : public Analysis {};
 using atest::Prog;
 
 // ---- label field ------------------------------------------------------------
 
-TEST_F(Analysis, LabelLengthLimitIsEightAndTheMessageCountsTheLength) {
+TEST_F(AnalysisFields, LabelLengthLimitIsEightAndTheMessageCountsTheLength) {
   EXPECT_EQ(Fight(Prog({"ABCDEFGH\tNOP", "ABCDEFGHI\tNOP"})), 1);
   EXPECT_EQ(out,
             "Error : line 3:  \"ABCDEFGHI\"   A label must be 1 to 8 characters in length. It includes 9 characters "
@@ -27,13 +28,13 @@ TEST_F(Analysis, LabelLengthLimitIsEightAndTheMessageCountsTheLength) {
   EXPECT_EQ(out, "エラー： 2 行目：  \"ABCDE\"  ラベルの長さは 4 文字までに制限されている。 5 文字ある。\n");
 }
 
-TEST_F(Analysis, ResetSetsTheLabelLimitBackToEight) {
+TEST_F(AnalysisFields, ResetSetsTheLabelLimitBackToEight) {
   cs->tMaxLabelLen = 3;
   ResetCorrectScode();
   EXPECT_EQ(cs->tMaxLabelLen, 8);
 }
 
-TEST_F(Analysis, FirstCharacterAndCharacterSetFollowTheirOwnPasses) {
+TEST_F(AnalysisFields, FirstCharacterAndCharacterSetFollowTheirOwnPasses) {
   // 1ABC and abc fail the first character only; Abc fails the character
   // set, and Xyz behind it is not reported any more.
   EXPECT_EQ(Fight(Prog({"1ABC\tNOP", "abc\tNOP", "Abc\tNOP", "Xyz\tNOP"})), 3);
@@ -44,7 +45,7 @@ TEST_F(Analysis, FirstCharacterAndCharacterSetFollowTheirOwnPasses) {
   EXPECT_EQ(Codes(), (std::vector<std::string>{"1133036E", "1133036E", "1133036E"}));
 }
 
-TEST_F(Analysis, MessagesComeInTheOrderOfTheRulesNotOfTheLines) {
+TEST_F(AnalysisFields, MessagesComeInTheOrderOfTheRulesNotOfTheLines) {
   EXPECT_EQ(Fight(Prog({"LONGLABEL1\tNOP", "GR0\tNOP", "9X\tNOP"})), 3);
   size_t first = out.find("\"9X\"");
   size_t tooLong = out.find("LONGLABEL1");
@@ -55,7 +56,7 @@ TEST_F(Analysis, MessagesComeInTheOrderOfTheRulesNotOfTheLines) {
   EXPECT_LT(tooLong, reserved);
 }
 
-TEST_F(Analysis, ReservedWordsAreGR0ToGR7AndGR8IsALabel) {
+TEST_F(AnalysisFields, ReservedWordsAreGR0ToGR7AndGR8IsALabel) {
   EXPECT_EQ(Fight(Prog({"GR0\tNOP", "GR8\tNOP"})), 1);
   EXPECT_EQ(out,
             "Error : line 2: GR0 is one of the reserved words(GR0-GR7). Reserved words, GR0 through GR7, are not "
@@ -65,7 +66,7 @@ TEST_F(Analysis, ReservedWordsAreGR0ToGR7AndGR8IsALabel) {
   EXPECT_EQ(out, "エラー： 2 行目： ラベルに予約語(GR0 - GR7) は使えない。CASL2の仕様　2.1（注）\n");
 }
 
-TEST_F(Analysis, LabelWithoutInstruction) {
+TEST_F(AnalysisFields, LabelWithoutInstruction) {
   EXPECT_EQ(Fight(Prog({"LABEL"})), 1);
   EXPECT_EQ(out, "Error : line 2:  \"LABEL\" : \n");
   EXPECT_EQ(Codes(), std::vector<std::string>{"1122036E"});
@@ -78,7 +79,7 @@ TEST_F(Analysis, LabelWithoutInstruction) {
   EXPECT_EQ(Fight(Prog({"LABEL ;comment", "\tRET"})), 0);
 }
 
-TEST_F(Analysis, TwoByteSpaceInALabelIsExplainedAsWell) {
+TEST_F(AnalysisFields, TwoByteSpaceInALabelIsExplainedAsWell) {
   EXPECT_EQ(Fight(Prog({"A\u3000B\tNOP"})), 2);
   EXPECT_TRUE(Has("There is an unsuitable character in the label of 'A\u3000B'. "));
   EXPECT_TRUE(Has("There is a 2-byte space in the word. "));
@@ -90,7 +91,7 @@ TEST_F(Analysis, TwoByteSpaceInALabelIsExplainedAsWell) {
 
 // ---- label tables -------------------------------------------------------------
 
-TEST_F(Analysis, DuplicateLabelsGiveOneFindingForTheFirstPair) {
+TEST_F(AnalysisFields, DuplicateLabelsGiveOneFindingForTheFirstPair) {
   // Pairs are searched i first: A on lines 2 and 5 is found before B.
   EXPECT_EQ(Fight(Prog({"A\tNOP", "B\tNOP", "B\tNOP", "A\tNOP", "A\tNOP"})), 1);
   EXPECT_EQ(out,
@@ -103,7 +104,7 @@ TEST_F(Analysis, DuplicateLabelsGiveOneFindingForTheFirstPair) {
   EXPECT_EQ(out, "エラー： 3 行目 と 4 行目： 同じラベル A が二つある。\n");
 }
 
-TEST_F(Analysis, DuplicateSearchAgreesWithThePairwiseSearch) {
+TEST_F(AnalysisFields, DuplicateSearchAgreesWithThePairwiseSearch) {
   // A pseudo-random set of labels over a small alphabet.
   unsigned seed = 12345;
   for (int round = 0; round < 40; ++round) {
@@ -137,14 +138,14 @@ TEST_F(Analysis, DuplicateSearchAgreesWithThePairwiseSearch) {
   }
 }
 
-TEST_F(Analysis, SameLabelInTwoProgramsIsNoDuplicate) {
+TEST_F(AnalysisFields, SameLabelInTwoProgramsIsNoDuplicate) {
   std::vector<std::string> src = Prog({"A\tNOP", "\tRET"}, "P1");
   std::vector<std::string> two = Prog({"A\tNOP", "\tRET"}, "P2");
   src.insert(src.end(), two.begin(), two.end());
   EXPECT_EQ(Fight(src), 0);
 }
 
-TEST_F(Analysis, UnusedLabelsDrawANoteAndTheStartLabelDoesNot) {
+TEST_F(AnalysisFields, UnusedLabelsDrawANoteAndTheStartLabelDoesNot) {
   EXPECT_EQ(Fight(Prog({"\tLD\tGR1,A", "B\tNOP", "\tRET", "A\tDC\t1"})), 0);
   out.clear();
   CkLabelInUseNW();
@@ -162,7 +163,7 @@ TEST_F(Analysis, UnusedLabelsDrawANoteAndTheStartLabelDoesNot) {
 
 // ---- opcode field ---------------------------------------------------------------
 
-TEST_F(Analysis, UnknownOpcodeEnglishHeadHasNoColon) {
+TEST_F(AnalysisFields, UnknownOpcodeEnglishHeadHasNoColon) {
   EXPECT_EQ(Fight(Prog({"\tlad\tGR1,A", "\tXYZ"})), 1);
   EXPECT_EQ(out,
             "Error : line 2 \"lad\"  is not either assembler instruction, machine instruction, or macro "
@@ -174,7 +175,7 @@ TEST_F(Analysis, UnknownOpcodeEnglishHeadHasNoColon) {
             "の記述が必要です。 \n");
 }
 
-TEST_F(Analysis, SmallLetterAfterTheFirstPosition) {
+TEST_F(AnalysisFields, SmallLetterAfterTheFirstPosition) {
   EXPECT_EQ(Fight(Prog({"\tLad\tGR1,A"})), 2);
   EXPECT_TRUE(Has("Error : line 2: : There is a small letter in Lad. \n"));
   Reset(0);
@@ -182,13 +183,13 @@ TEST_F(Analysis, SmallLetterAfterTheFirstPosition) {
   EXPECT_TRUE(Has("エラー： 2 行目： : 演算子 Lad の中に小文字がある。\n"));
 }
 
-TEST_F(Analysis, CommaBehindTheOpcodeIsCountedButNotLogged) {
+TEST_F(AnalysisFields, CommaBehindTheOpcodeIsCountedButNotLogged) {
   EXPECT_EQ(Fight(Prog({"\tLD,\tGR1,A"})), 2);
   EXPECT_TRUE(Has("Error : line 2: A space is expected at the right side of the opcode. A comma is of no use. \n"));
   EXPECT_EQ(Codes(), std::vector<std::string>{"5CF454F8"});
 }
 
-TEST_F(Analysis, TwoByteSpaceInTheOpcode) {
+TEST_F(AnalysisFields, TwoByteSpaceInTheOpcode) {
   EXPECT_EQ(Fight(Prog({"\tL\u3000D\tGR1,A"})), 3);
   EXPECT_TRUE(Has("There is a 2-byte space in the word. "));
   EXPECT_TRUE(Has("\nError: 2-Byte Space\n"));
@@ -197,7 +198,7 @@ TEST_F(Analysis, TwoByteSpaceInTheOpcode) {
   EXPECT_TRUE(Has("\nError: 全角の空白文字がある。\n"));
 }
 
-TEST_F(Analysis, SemicolonGluedToEndCountsThreeErrors) {
+TEST_F(AnalysisFields, SemicolonGluedToEndCountsThreeErrors) {
   EXPECT_EQ(Fight({"PRG\tSTART", "\tRET", "\tEND;COMMENT"}), 3);
   EXPECT_TRUE(Has("Error :  \" END;\" : \n"
                   "NOP, RPUSH, RPOP, RET, and END do not take any operand, but a space at the right side. \n"
@@ -213,11 +214,11 @@ TEST_F(Analysis, SemicolonGluedToEndCountsThreeErrors) {
   EXPECT_TRUE(Has("仕様２．１（４）表の３行目\n"));
 }
 
-TEST_F(Analysis, CommentGluedToRetInsideTheProgramIsClean) {
+TEST_F(AnalysisFields, CommentGluedToRetInsideTheProgramIsClean) {
   EXPECT_EQ(Fight(Prog({"\tRET;comment"})), 0);
 }
 
-TEST_F(Analysis, OnlyTheFirstUnknownOpcodeOfAProgramIsReported) {
+TEST_F(AnalysisFields, OnlyTheFirstUnknownOpcodeOfAProgramIsReported) {
   EXPECT_EQ(Fight(Prog({"\tFOO", "\tBAR"})), 1);
   EXPECT_TRUE(Has("\"FOO\""));
   EXPECT_FALSE(Has("\"BAR\""));
@@ -227,7 +228,7 @@ TEST_F(Analysis, OnlyTheFirstUnknownOpcodeOfAProgramIsReported) {
   EXPECT_TRUE(Has("\"EXIT\""));
 }
 
-TEST_F(Analysis, OpcodeTableHasTheThirtySixNames) {
+TEST_F(AnalysisFields, OpcodeTableHasTheThirtySixNames) {
   for (const char16_t* op : {u"START", u"END", u"DC", u"DS", u"LD", u"LAD", u"ST", u"ADDA", u"SUBA", u"ADDL", u"SUBL",
                              u"AND", u"OR", u"XOR", u"CPA", u"CPL", u"SRA", u"SRL", u"SLA", u"SLL", u"JPL", u"JMI",
                              u"JZE", u"JNZ", u"JOV", u"JUMP", u"CALL", u"RET", u"PUSH", u"POP", u"NOP", u"SVC", u"IN",
@@ -236,7 +237,7 @@ TEST_F(Analysis, OpcodeTableHasTheThirtySixNames) {
   for (const char16_t* op : {u"EXIT", u"ld", u"", u"LDX", u"HALT"}) EXPECT_FALSE(IsOpcodeOfCasl2(op));
 }
 
-TEST_F(Analysis, PlacementRuleOfDcAndDsNeverFires) {
+TEST_F(AnalysisFields, PlacementRuleOfDcAndDsNeverFires) {
   EXPECT_EQ(Fight(Prog({"A\tDC\t1", "\tLD\tGR1,A", "\tRET"})), 0);
   ASSERT_EQ(cs->firstDefLine.size(), 1u);
   EXPECT_EQ(cs->firstDefLine[0], 2147483647);

@@ -8,7 +8,7 @@ namespace {
 using atest::Analysis;
 using atest::Prog;
 
-class Direct : public Analysis {
+class AnalysisMessages : public Analysis {
  protected:
   SrcLineW& Make(std::u16string op) {
     Load(Prog({"\tNOP"}));
@@ -18,7 +18,7 @@ class Direct : public Analysis {
   }
 };
 
-TEST_F(Direct, IndexTextWithoutACommaBeforeIt) {
+TEST_F(AnalysisMessages, IndexTextWithoutACommaBeforeIt) {
   SrcLineW& s = Make(u"LD");
   s.oprnd2ChH = u"A";
   s.oprnd3ChH = u"GR2";
@@ -36,7 +36,7 @@ TEST_F(Direct, IndexTextWithoutACommaBeforeIt) {
   EXPECT_EQ(out, "エラー： 2 行目：  \"GR2\" : 第２オペランドの右にコンマあるいはコメント記号（；）を明示すること。 \n");
 }
 
-TEST_F(Direct, ImpossibleCommaFlagIsReportedAsAFault) {
+TEST_F(AnalysisMessages, ImpossibleCommaFlagIsReportedAsAFault) {
   SrcLineW& s = Make(u"LD");
   s.oprnd2ChH = u"A";
   cs->ChFlag = 7;
@@ -48,7 +48,7 @@ TEST_F(Direct, ImpossibleCommaFlagIsReportedAsAFault) {
   EXPECT_EQ(Errors(), 0);
 }
 
-TEST_F(Direct, IndexRegisterAdviceInWordsAndCountedFindings) {
+TEST_F(AnalysisMessages, IndexRegisterAdviceInWordsAndCountedFindings) {
   SrcLineW& s = Make(u"LD");
   s.oprnd3ChH = u"GR8";
   EXPECT_EQ(AnalystIndexRegNWCS(*cs, 1, 3), 1);
@@ -80,7 +80,7 @@ TEST_F(Direct, IndexRegisterAdviceInWordsAndCountedFindings) {
             "えない。 \n");
 }
 
-TEST_F(Direct, Gr89AsAnErrorAndOnlyForThreeCharacters) {
+TEST_F(AnalysisMessages, Gr89AsAnErrorAndOnlyForThreeCharacters) {
   SrcLineW& s = Make(u"LAD");
   s.oprnd2ChH = u"GR89";
   EXPECT_EQ(AnalystGR89NWCS(*cs, 1, u"LAD", u"Error"), 0);
@@ -98,14 +98,14 @@ TEST_F(Direct, Gr89AsAnErrorAndOnlyForThreeCharacters) {
             "をラベルとして使わないほうがよい。（推奨） \n");
 }
 
-TEST_F(Direct, EmptyFirstOperandOfAnotherOpcode) {
+TEST_F(AnalysisMessages, EmptyFirstOperandOfAnotherOpcode) {
   Make(u"LD");
   EXPECT_EQ(CkOpAdrOprndNW(*cs, 1, u"LD", u"", u""), 1);
   EXPECT_EQ(out, "Error of else: LD\n");
   EXPECT_EQ(Errors(), 1);
 }
 
-TEST_F(Direct, JapaneseTextsOfAMissingJumpTarget) {
+TEST_F(AnalysisMessages, JapaneseTextsOfAMissingJumpTarget) {
   Reset(0);
   Make(u"CALL");
   CkOpAdrOprndNW(*cs, 1, u"CALL", u"コール", u"CALL subroutine");
@@ -129,7 +129,7 @@ TEST_F(Direct, JapaneseTextsOfAMissingJumpTarget) {
             "エラー： 2 行目： JUMP は、一つ目のオペランドとしてレジスター GR0-GR7 をとらない。\n");
 }
 
-TEST_F(Direct, DispatchFaultOfAnUnknownOpcode) {
+TEST_F(AnalysisMessages, DispatchFaultOfAnUnknownOpcode) {
   Load(Prog({"\tXYZ"}));
   Line(1).opStr = u"XYZ";
   Line(0).opStr = u"START";
@@ -147,7 +147,7 @@ TEST_F(Direct, DispatchFaultOfAnUnknownOpcode) {
   EXPECT_EQ(Errors(), 2);
 }
 
-TEST_F(Direct, ExitGetsTheStopWordInTheDispatch) {
+TEST_F(AnalysisMessages, ExitGetsTheStopWordInTheDispatch) {
   Load(Prog({"\tEXIT"}));
   Line(1).opStr = u"EXIT";
   jnz2NWCS(0);
@@ -156,7 +156,7 @@ TEST_F(Direct, ExitGetsTheStopWordInTheDispatch) {
   EXPECT_EQ(Errors(), 0);
 }
 
-TEST_F(Direct, SemicolonFormsWithTabAndOpcodeCut) {
+TEST_F(AnalysisMessages, SemicolonFormsWithTabAndOpcodeCut) {
   SrcLineW& s = Make(u"RPOP;x");
   s.rawStr = u"\tRPOP;x";
   EXPECT_EQ(RemoveNoOprndOpSemiColnNW(1), -1);

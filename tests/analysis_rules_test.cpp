@@ -7,6 +7,7 @@
 namespace {
 
 using atest::Analysis;
+class AnalysisRules : public Analysis {};
 using atest::Prog;
 
 // A source line for one form of the table, with r = 3 and x = 5.
@@ -22,7 +23,7 @@ std::string LineOf(const InstrForm& f) {
   }
 }
 
-TEST_F(Analysis, EveryFormOfTheInstructionTableLeavesItsFirstWordAndWordCount) {
+TEST_F(AnalysisRules, EveryFormOfTheInstructionTableLeavesItsFirstWordAndWordCount) {
   for (const InstrForm& f : kInstrTable) {
     Reset(1);
     const std::string line = LineOf(f);
@@ -43,7 +44,7 @@ TEST_F(Analysis, EveryFormOfTheInstructionTableLeavesItsFirstWordAndWordCount) {
   }
 }
 
-TEST_F(Analysis, AddressFormsWithoutIndexAndTheOperandCount) {
+TEST_F(AnalysisRules, AddressFormsWithoutIndexAndTheOperandCount) {
   for (const InstrForm& f : kInstrTable) {
     if (f.form != OpForm::RAdrX && f.form != OpForm::AdrX) continue;
     Reset(1);
@@ -61,7 +62,7 @@ TEST_F(Analysis, AddressFormsWithoutIndexAndTheOperandCount) {
   EXPECT_EQ(Line(1).first_word, 0x1012);
 }
 
-TEST_F(Analysis, OneWordLinesAndTheirCounts) {
+TEST_F(AnalysisRules, OneWordLinesAndTheirCounts) {
   EXPECT_EQ(Fight(Prog({"\tLD\tGR1,GR2", "\tPOP\tGR3", "\tNOP", "\tRET", "\tPUSH\t0,GR1"})), 0);
   EXPECT_EQ(Line(1).first_word, 0x1412);
   EXPECT_EQ(Line(1).word_kazu, 1);
@@ -76,7 +77,7 @@ TEST_F(Analysis, OneWordLinesAndTheirCounts) {
   EXPECT_EQ(Line(0).word_kazu, 1);  // START without operand
 }
 
-TEST_F(Analysis, LdTakesGRWithMoreCharactersAsALabel) {
+TEST_F(AnalysisRules, LdTakesGRWithMoreCharactersAsALabel) {
   EXPECT_EQ(Fight(Prog({"\tLD\tGR1,GR2X", "\tRET", "GR2X\tDC\t1"})), 0);
   EXPECT_EQ(Line(1).word_kazu, 2);
   EXPECT_EQ(Line(1).first_word, 0x1010);
@@ -87,7 +88,7 @@ TEST_F(Analysis, LdTakesGRWithMoreCharactersAsALabel) {
   EXPECT_EQ(Codes(), std::vector<std::string>{"58BD44FA"});
 }
 
-TEST_F(Analysis, TrailingCommaBehindTheSecondRegisterIsAWarning) {
+TEST_F(AnalysisRules, TrailingCommaBehindTheSecondRegisterIsAWarning) {
   EXPECT_EQ(Fight(Prog({"\tLD\tGR1,GR2,", "\tRET"})), 0);
   EXPECT_EQ(Warnings(), 1);
   EXPECT_EQ(Codes(), std::vector<std::string>{"4F3F5969"});
@@ -100,14 +101,14 @@ TEST_F(Analysis, TrailingCommaBehindTheSecondRegisterIsAWarning) {
             "です。空白以降はコメントとなる。 \n");
 }
 
-TEST_F(Analysis, CommaBetweenTwoRegistersAndAThirdOperand) {
+TEST_F(AnalysisRules, CommaBetweenTwoRegistersAndAThirdOperand) {
   EXPECT_EQ(Fight(Prog({"\tADDL\tGR1,GR2,GR3", "\tRET"})), 0);
   EXPECT_EQ(Codes(), std::vector<std::string>{"9FCBFA30"});
   EXPECT_EQ(Line(1).first_word, 0x2612);
   EXPECT_TRUE(Line(1).oprnd3ChH.empty());
 }
 
-TEST_F(Analysis, SecondRegisterMemoCarriesTheJapaneseLineWordInEnglish) {
+TEST_F(AnalysisRules, SecondRegisterMemoCarriesTheJapaneseLineWordInEnglish) {
   Load(Prog({"\tADDA\tGR1,GR2", "\tRET"}));
   SrcLineW& s = Line(1);
   s.oprnd2ChH = u"GR2 ,";
@@ -127,7 +128,7 @@ TEST_F(Analysis, SecondRegisterMemoCarriesTheJapaneseLineWordInEnglish) {
   EXPECT_EQ(out, "メモ： 2 行目： ２つ目のレジスターの右に空白があれば以降はコメントとみなされる。\n");
 }
 
-TEST_F(Analysis, FormErrorOfInstructionsWithoutTwoRegisters) {
+TEST_F(AnalysisRules, FormErrorOfInstructionsWithoutTwoRegisters) {
   // ST, the shifts and LAD: one error each, from the shared message.
   EXPECT_EQ(Fight(Prog({"\tST\tGR1,GR2", "\tSLL\tGR1,GR9", "\tLAD\tGR1,GR7", "\tRET"})), 3);
   EXPECT_EQ(Count("cannot be written in a format of"), 3u);
@@ -140,7 +141,7 @@ TEST_F(Analysis, FormErrorOfInstructionsWithoutTwoRegisters) {
             "ST r1,adr または ST r1, adr, r2(COMET2の仕様 1.2命令(1)）\n");
 }
 
-TEST_F(Analysis, SraHasItsOwnFormError) {
+TEST_F(AnalysisRules, SraHasItsOwnFormError) {
   EXPECT_EQ(Fight(Prog({"\tSRA\tGR1,GR2", "\tRET"})), 1);
   EXPECT_EQ(out,
             "Error : line 2: SRA does not take a format of SRA r1, r2. \n"
@@ -151,7 +152,7 @@ TEST_F(Analysis, SraHasItsOwnFormError) {
   EXPECT_TRUE(Has("エラー： 2 行目： : SRA 命令は SRA r1,r2 形式をとらない。\n"));
 }
 
-TEST_F(Analysis, LadWithGR8IsALabelWithAWarning) {
+TEST_F(AnalysisRules, LadWithGR8IsALabelWithAWarning) {
   EXPECT_EQ(Fight(Prog({"\tLAD\tGR1,GR8", "\tRET", "GR8\tDS\t1"})), 0);
   EXPECT_EQ(Warnings(), 1);
   EXPECT_TRUE(Has("Warning : line 2: GR8The comet2 has eight general registers of GR0-GR7. "));
@@ -168,7 +169,7 @@ TEST_F(Analysis, LadWithGR8IsALabelWithAWarning) {
   EXPECT_EQ(Warnings(), 0);
 }
 
-TEST_F(Analysis, EmptySecondOperandMessages) {
+TEST_F(AnalysisRules, EmptySecondOperandMessages) {
   EXPECT_EQ(Fight(Prog({"\tADDA\tGR1,", "\tRET"})), 2);
   EXPECT_TRUE(Has("Error : line 2: ADDA Add Arithmetic: Either a general register or a label is expected as the 2nd "
                   "operand. \n"));
@@ -178,7 +179,7 @@ TEST_F(Analysis, EmptySecondOperandMessages) {
   EXPECT_TRUE(Has("エラー： 2 行目： ロード LD 元を示すレジスター名又はアドレス定数（ラベル）が必要。\n"));
 }
 
-TEST_F(Analysis, FirstRegisterOperandErrors) {
+TEST_F(AnalysisRules, FirstRegisterOperandErrors) {
   // A lone register gets two errors.
   EXPECT_EQ(Fight(Prog({"\tLD\tGR1", "\tRET"})), 2);
   EXPECT_EQ(out,
@@ -195,7 +196,7 @@ TEST_F(Analysis, FirstRegisterOperandErrors) {
             "エラー： 2 行目： AND 元を示すレジスター名又はアドレス名（ラベル）が必要。\n");
 }
 
-TEST_F(Analysis, JumpWithARegister) {
+TEST_F(AnalysisRules, JumpWithARegister) {
   EXPECT_EQ(Fight(Prog({"\tJUMP\tGR1", "\tRET"})), 1);
   EXPECT_EQ(out, "Error : line 2: The opcode JUMP does not take a general register \n");
   Reset(1);
@@ -209,7 +210,7 @@ TEST_F(Analysis, JumpWithARegister) {
   EXPECT_EQ(out, "エラー： 2 行目： CALL は一つめオペランドとしてレジスタ名をとらない。アドレス定数をオペランドとする。\n");
 }
 
-TEST_F(Analysis, JumpFamilyWithoutOperand) {
+TEST_F(AnalysisRules, JumpFamilyWithoutOperand) {
   EXPECT_EQ(Fight(Prog({"\tJZE", "\tCALL", "\tPUSH", "\tSVC", "\tRET"})), 4);
   EXPECT_TRUE(Has("Error : line 2: An operand is expected at the right side of the JZE. The operand specifies a "
                   "branching address. \n"));
@@ -222,7 +223,7 @@ TEST_F(Analysis, JumpFamilyWithoutOperand) {
   EXPECT_EQ(out, "エラー： 2 行目： JMI は分岐先を示すアドレス名（ラベル）が必要。\n");
 }
 
-TEST_F(Analysis, PopOperand) {
+TEST_F(AnalysisRules, PopOperand) {
   EXPECT_EQ(Fight(Prog({"\tPOP", "\tPOP\tA", "\tPOP\tGR2,", "\tRET"})), 2);
   EXPECT_TRUE(Has("Error : line 2: There is not any GRn at the right side of POP. \n"));
   EXPECT_TRUE(Has("Error : line 3: A: An exact register name is expected at the right side of POP. \n"));
@@ -232,7 +233,7 @@ TEST_F(Analysis, PopOperand) {
   EXPECT_EQ(out, "エラー： 2 行目： POP の右にレジスター名がない。\n");
 }
 
-TEST_F(Analysis, IndexRegisterChecks) {
+TEST_F(AnalysisRules, IndexRegisterChecks) {
   EXPECT_EQ(Fight(Prog({"\tLD\tGR1,A,GR0", "\tRET", "A\tDC\t1"})), 1);
   EXPECT_EQ(out, "Error : line 2: GR0 cannnot be used as an index register. \n");
   Reset(1);
@@ -251,7 +252,7 @@ TEST_F(Analysis, IndexRegisterChecks) {
   EXPECT_EQ(out, "エラー： 2 行目： 指標レジスターに GR0 は使えない。 \n");
 }
 
-TEST_F(Analysis, CommaBehindTheAddressWithNothingBehindIt) {
+TEST_F(AnalysisRules, CommaBehindTheAddressWithNothingBehindIt) {
   // The address check warns of the comma, and the index check then finds
   // no index register behind it.
   EXPECT_EQ(Fight(Prog({"\tLD\tGR1,A,", "\tRET", "A\tDC\t1"})), 1);
@@ -263,7 +264,7 @@ TEST_F(Analysis, CommaBehindTheAddressWithNothingBehindIt) {
   EXPECT_TRUE(Has("エラー： 2 行目：  \"A,\" :   二つめのオペランドの右にコンマがあるのにコンマの右に指標レジスタの記述がない。 \n"));
 }
 
-TEST_F(Analysis, SvcWarnsOnEveryLine) {
+TEST_F(AnalysisRules, SvcWarnsOnEveryLine) {
   EXPECT_EQ(Fight(Prog({"\tSVC\t2", "\tSVC\t1", "\tRET"})), 0);
   EXPECT_EQ(Warnings(), 2);
   EXPECT_EQ(Line(1).first_word, 0xF000);
@@ -275,7 +276,7 @@ TEST_F(Analysis, SvcWarnsOnEveryLine) {
   EXPECT_TRUE(Has("警告： 2 行目：  ソースコードに直接 SVC 命令を記述しないでください。"));
 }
 
-TEST_F(Analysis, NoOperandInstructionsAndTheirComments) {
+TEST_F(AnalysisRules, NoOperandInstructionsAndTheirComments) {
   EXPECT_EQ(Fight(Prog({"\tRET ;comment", "\tNOP\t;x"})), 0);
   Reset(1);
   EXPECT_EQ(Fight(Prog({"\tRET comment"})), 1);
@@ -290,7 +291,7 @@ TEST_F(Analysis, NoOperandInstructionsAndTheirComments) {
   EXPECT_TRUE(Has("例： RET ;コメント (仕様２．１の（４）)   \n"));
 }
 
-TEST_F(Analysis, RulesOfOneStageReportEveryLine) {
+TEST_F(AnalysisRules, RulesOfOneStageReportEveryLine) {
   // Two errors of the rules in different lines are both reported.
   EXPECT_EQ(Fight(Prog({"\tST\tGR1,GR2", "\tSLA\tGR1,GR3", "\tRET"})), 2);
 }

@@ -8,7 +8,7 @@ namespace {
 using atest::Analysis;
 using atest::Prog;
 
-class Split : public Analysis {
+class AnalysisSplit : public Analysis {
  protected:
   // One program whose line 1 has opcode `op` and operand text `text`.
   SrcLineW& Make(const std::u16string& op, const std::u16string& text) {
@@ -21,7 +21,7 @@ class Split : public Analysis {
   }
 };
 
-TEST_F(Split, SlotsKeepTheCommaThatEndedThem) {
+TEST_F(AnalysisSplit, SlotsKeepTheCommaThatEndedThem) {
   SrcLineW& s = Make(u"LD", u"GR1,GR2");
   SplitOprndsNW(0);
   EXPECT_EQ(s.oprnd1ChH, u"GR1,");
@@ -36,7 +36,7 @@ TEST_F(Split, SlotsKeepTheCommaThatEndedThem) {
   EXPECT_EQ(t.oprnd2ChH, u"GR2");
 }
 
-TEST_F(Split, BlankInPlaceOfACommaStartsTheNextOperand) {
+TEST_F(AnalysisSplit, BlankInPlaceOfACommaStartsTheNextOperand) {
   SrcLineW& s = Make(u"LD", u"GR1 GR2");
   SplitOprndsNW(0);
   EXPECT_EQ(s.oprnd1ChH, u"GR1");
@@ -44,7 +44,7 @@ TEST_F(Split, BlankInPlaceOfACommaStartsTheNextOperand) {
   EXPECT_EQ(s.oprndCount, 2);
 }
 
-TEST_F(Split, DoubledCommaAndTheFourthSlot) {
+TEST_F(AnalysisSplit, DoubledCommaAndTheFourthSlot) {
   SrcLineW& s = Make(u"LD", u"GR1,,GR2");
   SplitOprndsNW(0);
   EXPECT_EQ(s.oprnd1ChH, u"GR1,");
@@ -62,7 +62,7 @@ TEST_F(Split, DoubledCommaAndTheFourthSlot) {
   EXPECT_EQ(t.oprnd1Str, u"old");  // four slots: the strings are not written
 }
 
-TEST_F(Split, EmptyTextEmptiesTheSlotsAndKeepsTheCount) {
+TEST_F(AnalysisSplit, EmptyTextEmptiesTheSlotsAndKeepsTheCount) {
   SrcLineW& s = Make(u"RET", u"");
   s.oprnd1ChH = u"X";
   s.oprndCount = 7;
@@ -75,7 +75,7 @@ TEST_F(Split, EmptyTextEmptiesTheSlotsAndKeepsTheCount) {
   EXPECT_TRUE(d.oprnd1ChH.empty());
 }
 
-TEST_F(Split, StringLiteralIsCopiedWhole) {
+TEST_F(AnalysisSplit, StringLiteralIsCopiedWhole) {
   SrcLineW& s = Make(u"LD", u"GR1,='AB''C',GR2");
   SplitOprndsNW(0);
   EXPECT_EQ(s.oprnd2ChH, u"='AB''C',");
@@ -86,7 +86,7 @@ TEST_F(Split, StringLiteralIsCopiedWhole) {
   EXPECT_EQ(Errors(), 0);
 }
 
-TEST_F(Split, LiteralStringErrors) {
+TEST_F(AnalysisSplit, LiteralStringErrors) {
   Make(u"LD", u"GR1,='AB");
   SplitOprndsNW(0);
   EXPECT_EQ(out, "Error : line 2:  \"GR1,='AB\" : The literal string constant is not correctly closed. \n");
@@ -102,7 +102,7 @@ TEST_F(Split, LiteralStringErrors) {
   EXPECT_EQ(out, "エラー： 2 行目：  \"GR1,='AB\" : リテラル文字定数が正しく閉じていない。\n");
 }
 
-TEST_F(Split, ExtractOneOperandMovesThePositions) {
+TEST_F(AnalysisSplit, ExtractOneOperandMovesThePositions) {
   wstr src = u"A , B";
   wstr s1, s2, s3, s4;
   std::array<wstr*, 5> slots{&src, &s1, &s2, &s3, &s4};
@@ -118,7 +118,7 @@ TEST_F(Split, ExtractOneOperandMovesThePositions) {
   EXPECT_EQ(slotNr, 3);
 }
 
-TEST_F(Split, CommentCutByOpcodeClass) {
+TEST_F(AnalysisSplit, CommentCutByOpcodeClass) {
   // Class B keeps a semicolon inside a string and cuts the rest.
   SrcLineW& b1 = Make(u"LD", u"GR1,='A;B' ;c");
   CutOprndCommentNW(0);
@@ -141,7 +141,7 @@ TEST_F(Split, CommentCutByOpcodeClass) {
   EXPECT_EQ(b2.oprndComStr, u"GR1 , A");
 }
 
-TEST_F(Split, WordCountPresetByOpcode) {
+TEST_F(AnalysisSplit, WordCountPresetByOpcode) {
   Load(Prog({"\tRET\tcomment", "\tJUMP\tA", "\tPOP\tGR1 rest", "\tLD\tGR1,A"}));
   Line(0).opStr = u"START";
   Line(0).first_word = 5;
@@ -168,7 +168,7 @@ TEST_F(Split, WordCountPresetByOpcode) {
   EXPECT_EQ(Errors(), 1);
 }
 
-TEST_F(Split, SecondRegisterChecksOnTheirOwn) {
+TEST_F(AnalysisSplit, SecondRegisterChecksOnTheirOwn) {
   Load(Prog({"\tLD\tGR1,GR8"}));
   Line(1).oprnd2ChH = u"GR8";
   EXPECT_EQ(r2NWCS(*cs, 1), 1);
@@ -184,7 +184,7 @@ TEST_F(Split, SecondRegisterChecksOnTheirOwn) {
 
 // ---- the gates of Fight12NW ---------------------------------------------------
 
-TEST_F(Analysis, FirstProgramWithErrorsHidesTheSecond) {
+TEST_F(AnalysisSplit, FirstProgramWithErrorsHidesTheSecond) {
   std::vector<std::string> src = Prog({"\tST\tGR1,GR2", "\tRET"}, "P1");
   std::vector<std::string> two = Prog({"\tSLA\tGR1,GR2", "1X\tNOP", "\tRET"}, "P2");
   src.insert(src.end(), two.begin(), two.end());
@@ -196,19 +196,19 @@ TEST_F(Analysis, FirstProgramWithErrorsHidesTheSecond) {
   EXPECT_TRUE(Line(5).labelStr.empty());
 }
 
-TEST_F(Analysis, LiteralErrorHidesTheInstructionError) {
+TEST_F(AnalysisSplit, LiteralErrorHidesTheInstructionError) {
   EXPECT_GE(Fight(Prog({"\tLD\tGR1,=#12", "\tST\tGR1,GR2", "\tRET"})), 1);
   EXPECT_FALSE(Has("cannot be written in a format of"));
   EXPECT_EQ(Line(2).first_word, 0);
 }
 
-TEST_F(Analysis, LabelErrorHidesEveryLaterStage) {
+TEST_F(AnalysisSplit, LabelErrorHidesEveryLaterStage) {
   EXPECT_EQ(Fight(Prog({"abc\tNOP", "\tST\tGR1,GR2", "\tFOO", "\tRET"})), 1);
   EXPECT_FALSE(Has("FOO"));
   EXPECT_FALSE(Has("ST cannot"));
 }
 
-TEST_F(Analysis, WarningsPassEveryGateAndTheAddressesAreGiven) {
+TEST_F(AnalysisSplit, WarningsPassEveryGateAndTheAddressesAreGiven) {
   EXPECT_EQ(Fight(Prog({"\tSVC\t2", "\tJUMP\tB", "A\tDC\t3", "B\tLD\tGR1,A", "\tRET"})), 0);
   EXPECT_EQ(Warnings(), 1);
   // The address pass has run: every line has its address and its words.
@@ -219,7 +219,7 @@ TEST_F(Analysis, WarningsPassEveryGateAndTheAddressesAreGiven) {
   EXPECT_EQ(Line(4).vecWord[1].wordCode, 5);
 }
 
-TEST_F(Analysis, ErrorsBeforeTheDriverStopItAtOnce) {
+TEST_F(AnalysisSplit, ErrorsBeforeTheDriverStopItAtOnce) {
   Load(Prog({"\tST\tGR1,GR2"}));
   Prepare();
   b->ErrorKazu = 1;
