@@ -2,10 +2,10 @@
 // happens to a source file: the menu, the loading, every analysis stage, the
 // link, the two reports, the run and the clean-up between passes. The modes
 // differ only by the row of the table below.
-#include <cmath>
 #include <cstdlib>
 
 #include "comet2/comet2.h"
+#include "comet2/run.h"
 #include "records/console.h"
 #include "records/correct_scode.h"
 #include "records/diag.h"
@@ -70,16 +70,6 @@ void LeaveFight() {
   ResetFileData();
   FreeLineDetailsW();
   FreeLineDetailsA();
-}
-
-// The statistics of a run: the largest execution count and its logarithm.
-void RunStatistics(Tcomet2& mc) {
-  int32_t maxCount = 0;
-  for (int a = 0; a < 65035; ++a) {
-    if (mc.execCount[a] > maxCount) maxCount = mc.execCount[a];
-  }
-  mc.maxExecCount = maxCount;
-  mc.execCountLog = maxCount > 0 ? static_cast<int32_t>(std::lround(std::log10(static_cast<double>(maxCount)))) : 0;
 }
 
 // The programs of the file that have a record.
