@@ -103,8 +103,9 @@ void ReportOutOfOrder(int line, bool step11) {
 
 }  // namespace
 
-// The message of a word that was looked for and is there in a wrong form.
-// `word` is START or END; `rightSide` picks the wording of a 2-byte space.
+// The message of a word that was looked for and is there in a wrong form:
+// `word` is START or END; `semicolon` picks the wording of "<word>;", else
+// that of a 2-byte space. Japanese carries the line prefix, English not.
 static void LrMessage(int line, wview word, bool semicolon) {
   wstr w(word);
   std::vector<wstr> l;
