@@ -57,7 +57,7 @@ e2e::RunResult Drill(const std::string& ini, const std::string& input,
 
 std::string Sample() { return e2e::read_file(e2e::source_path("examples/src/pn1000.txt")); }
 
-TEST(ShellE2e, FirstStartWritesTheDefaultsAndShowsTheWpBanner) {
+TEST(E2eShell, FirstStartWritesTheDefaultsAndShowsTheWpBanner) {
   e2e::RunSpec spec;
   spec.no_ini = true;
   spec.input = "\n123\n";
@@ -72,7 +72,7 @@ TEST(ShellE2e, FirstStartWritesTheDefaultsAndShowsTheWpBanner) {
   EXPECT_EQ(e2e::count_occurrences(r.out, kBannerHead), 1u);
 }
 
-TEST(ShellE2e, ShortBannerAndShortMenuWithSimpleTitle) {
+TEST(E2eShell, ShortBannerAndShortMenuWithSimpleTitle) {
   std::string ini = Ini("NWW");
   ini.replace(ini.find("SimpleTitleIndex=0"), 18, "SimpleTitleIndex=1");
   e2e::RunResult r = Drill(ini, "\n");
@@ -81,7 +81,7 @@ TEST(ShellE2e, ShortBannerAndShortMenuWithSimpleTitle) {
   EXPECT_EQ(r.files.at("drillasm.ini"), ini);
 }
 
-TEST(ShellE2e, ReservedModeNamesEndAtOnce) {
+TEST(E2eShell, ReservedModeNamesEndAtOnce) {
   for (const char* mode : {"NewChH", "NewChWH"}) {
     std::string ini = Ini(mode);
     e2e::RunResult r = Drill(ini, "\n123\n");
@@ -90,7 +90,7 @@ TEST(ShellE2e, ReservedModeNamesEndAtOnce) {
   }
 }
 
-TEST(ShellE2e, UnknownModeNameRunsNwwWithASentence) {
+TEST(E2eShell, UnknownModeNameRunsNwwWithASentence) {
   for (const char* mode : {"nww", "wp", "Fight", ""}) {
     e2e::RunResult r = Drill(Ini(mode), "\n");
     EXPECT_EQ(r.out.rfind("FightNwW(); by default.\n\n" + kBannerHead + "NWW\n", 0), 0u) << mode << r.out;
@@ -104,7 +104,7 @@ TEST(ShellE2e, UnknownModeNameRunsNwwWithASentence) {
   EXPECT_NE(r.files.at("drillasm.ini").find("FightFunc=nww\n"), std::string::npos);
 }
 
-TEST(ShellE2e, LangStrDecidesOverLangInt) {
+TEST(E2eShell, LangStrDecidesOverLangInt) {
   e2e::RunResult j = Drill(Ini("WP", "JPN", 1), "\n");
   EXPECT_NE(j.out.find(kPauseJ + kMenuJ), std::string::npos) << j.out;
   e2e::RunResult e = Drill(Ini("WP", "ENU", 0), "\n");
@@ -114,7 +114,7 @@ TEST(ShellE2e, LangStrDecidesOverLangInt) {
   EXPECT_NE(n.out.find(kFirstPause + kMenuE), std::string::npos) << n.out;
 }
 
-TEST(ShellE2e, BadMenuNumbersInBothLanguages) {
+TEST(E2eShell, BadMenuNumbersInBothLanguages) {
   e2e::RunResult e = Drill(Ini("NWW"), "\n0\n12a\n\n6\n12\n");
   const std::string good = "You are expected to input a good menu number.\n";
   EXPECT_EQ(e2e::count_occurrences(e.out, good), 3u) << e.out;
@@ -127,7 +127,7 @@ TEST(ShellE2e, BadMenuNumbersInBothLanguages) {
   EXPECT_EQ(e2e::count_occurrences(j.out, "もう一度\n"), 2u) << j.out;
 }
 
-TEST(ShellE2e, ItemNineSwitchesTheLanguageAndItem123KeepsIt) {
+TEST(E2eShell, ItemNineSwitchesTheLanguageAndItem123KeepsIt) {
   e2e::RunResult r = Drill(Ini("WP"), "\n9\n123\n");
   EXPECT_NE(r.out.find("Input a menu number.\n" + kMenuJ), std::string::npos) << r.out;
   EXPECT_EQ(e2e::count_occurrences(r.out, "Enter"), 1u) << r.out;
@@ -138,7 +138,7 @@ TEST(ShellE2e, ItemNineSwitchesTheLanguageAndItem123KeepsIt) {
   EXPECT_EQ(back.files.at("drillasm.ini"), Ini("WP"));
 }
 
-TEST(ShellE2e, ModeChangesAndTheThreeBannerLimit) {
+TEST(E2eShell, ModeChangesAndTheThreeBannerLimit) {
   // WP -> cancel -> same name -> NWW -> AP -> WP, then exit.
   e2e::RunResult r = Drill(Ini("WP"), "\n7\n33\n7\n2\n7\n1\n\n7\n3\n\n7\n2\n\n123\n");
   EXPECT_EQ(e2e::count_occurrences(r.out, kBannerHead), 3u) << r.out;
@@ -160,7 +160,7 @@ TEST(ShellE2e, ModeChangesAndTheThreeBannerLimit) {
   EXPECT_NE(ap2.files.at("drillasm.ini").find("FightFunc=AP\n"), std::string::npos);
 }
 
-TEST(ShellE2e, Item123WritesEverySettingBack) {
+TEST(E2eShell, Item123WritesEverySettingBack) {
   std::string ini =
       "[Mode]\nLangStr=JPN\nLangInt=1\nFightFunc=NH\nTimeFuncStr=std::chrono\nTimeFuncInt=1\n"
       "SimpleTitleIndex=1\nBusyModeIndex=0\nSilentModeIndex=1\n"
@@ -176,7 +176,7 @@ TEST(ShellE2e, Item123WritesEverySettingBack) {
             "[Editor]\nTextEditorIndex=0\nTextEditorPath1=/usr/bin/ed1\nTextEditorPath2=ed2\n");
 }
 
-TEST(ShellE2e, EditorTimeFuncIntAddedByHand) {
+TEST(E2eShell, EditorTimeFuncIntAddedByHand) {
   std::string ini = Ini("NWW", "ENU", 1, "") + "TimeFuncInt=2\n";  // lands in [Editor]
   e2e::RunResult r = Drill(ini, "\n11\n\n123\n", {{"src/pn1000.txt", Sample()}});
   EXPECT_NE(r.out.find("msec =(ReadFile, Assemble, Link)Time  std::clock() \n"), std::string::npos) << r.out;
@@ -187,7 +187,7 @@ TEST(ShellE2e, EditorTimeFuncIntAddedByHand) {
   EXPECT_EQ(e2e::count_occurrences(written, "TimeFuncInt"), 1u) << written;
 }
 
-TEST(ShellE2e, EndOfInputAtEveryPromptLeavesTheSettingsAlone) {
+TEST(E2eShell, EndOfInputAtEveryPromptLeavesTheSettingsAlone) {
   const std::string ini = Ini("NWW", "ENU", 1);
   for (const char* input : {"", "\n", "\n7\n", "\n1\n", "\n4\n", "\n5\n", "\n9\n", "\n7\n33\n", "\n2\n",
                             "\n1\nsrc/pn1000\n", "\n11\n"}) {
@@ -202,7 +202,7 @@ TEST(ShellE2e, EndOfInputAtEveryPromptLeavesTheSettingsAlone) {
   }
 }
 
-TEST(ShellE2e, RejectedSettingsFileIsNamedAndKeptUntilItem123) {
+TEST(E2eShell, RejectedSettingsFileIsNamedAndKeptUntilItem123) {
   const std::string bad = "[Mode]\nLangStr=JPN\nFightFunc=NWW\nthis is no setting\n";
   e2e::RunResult r = Drill(bad, "\n");
   EXPECT_EQ(r.out.rfind("Settings file drillasm.ini, line 4: ", 0), 0u) << r.out;
@@ -219,7 +219,7 @@ TEST(ShellE2e, RejectedSettingsFileIsNamedAndKeptUntilItem123) {
             "TextEditorPath1=\nTextEditorPath2=\n");
 }
 
-TEST(ShellE2e, EditorIndexOutOfRangeIsReportedByWpOnly) {
+TEST(E2eShell, EditorIndexOutOfRangeIsReportedByWpOnly) {
   std::string wpIni = Ini("WP");
   wpIni.replace(wpIni.find("TextEditorIndex=0"), 17, "TextEditorIndex=5");
   const std::string setter = "PrgError: index < 0 || 2 < index\nThe index was corrected to be zero.\n"
@@ -237,7 +237,7 @@ TEST(ShellE2e, EditorIndexOutOfRangeIsReportedByWpOnly) {
   EXPECT_EQ(nww.out.find("TextEditorFlag"), std::string::npos) << nww.out;
 }
 
-TEST(ShellE2e, SampleProgramAssemblesAndRunsThroughItem11) {
+TEST(E2eShell, SampleProgramAssemblesAndRunsThroughItem11) {
   e2e::RunResult r = Drill(kDefaults, "\n11\n\n123\n", {{"src/pn1000.txt", Sample()}});
   EXPECT_NE(r.out.find("Successfully Assembled! ---> aaAssembledRegMry.txt"), std::string::npos) << r.out;
   EXPECT_NE(r.out.find("SUM(1..5) = 15"), std::string::npos) << r.out;
@@ -248,7 +248,7 @@ TEST(ShellE2e, SampleProgramAssemblesAndRunsThroughItem11) {
   EXPECT_NE(r.out.find(kLaterPause + kMenuE), std::string::npos) << r.out;
 }
 
-TEST(ShellE2e, ErrorSummaryAndTheRepeatedLogOfWp) {
+TEST(E2eShell, ErrorSummaryAndTheRepeatedLogOfWp) {
   const std::string bad = "\tLD\tGR1,A\nA\tDC\t1\n";  // no START, no END
   for (const char* mode : {"NWW", "WP"}) {
     e2e::RunResult r = Drill(Ini(mode), "\n1\nsrc/bad\n\n", {{"src/bad.txt", bad}});
@@ -269,14 +269,14 @@ TEST(ShellE2e, ErrorSummaryAndTheRepeatedLogOfWp) {
   EXPECT_NE(j.out.find(" 個の エラー があるので修正が必要です。 \n"), std::string::npos) << j.out;
 }
 
-TEST(ShellE2e, MissingFileGoesBackToTheMenuWithoutSummary) {
+TEST(E2eShell, MissingFileGoesBackToTheMenuWithoutSummary) {
   e2e::RunResult r = Drill(Ini("NWW"), "\n1\nnothing\n\n");
   EXPECT_NE(r.out.find("The file is not found there. *"), std::string::npos) << r.out;
   EXPECT_EQ(r.out.find("to be corrected"), std::string::npos) << r.out;
   EXPECT_NE(r.out.find(kLaterPause + kMenuE), std::string::npos) << r.out;
 }
 
-TEST(ShellE2e, ServiceItemsRunTheirCommandsWithArgumentVectors) {
+TEST(E2eShell, ServiceItemsRunTheirCommandsWithArgumentVectors) {
   std::map<std::string, std::string> files = {{"src/pn1000.txt", Sample()},
                                               {"src/x$(touch${IFS}PWNED);.txt", "odd name\n"}};
   // 55 shows the last file, 5 a named one (never as shell text), 4 lists a
@@ -297,7 +297,7 @@ TEST(ShellE2e, ServiceItemsRunTheirCommandsWithArgumentVectors) {
   EXPECT_NE(rep.out.find("VM COMET2: aaResultantRegMry.txt"), std::string::npos) << rep.out;
 }
 
-TEST(ShellE2e, Item8ReadsTheSettingsAgain) {
+TEST(E2eShell, Item8ReadsTheSettingsAgain) {
   // The "editor" rewrites the file: the language changes for the next pass.
   e2e::RunResult r = Drill(Ini("NWW"), "\n8\n\n", {},
                          {{"EDITOR", "sed -i -e s/LangStr=ENU/LangStr=JPN/"}});
@@ -305,7 +305,7 @@ TEST(ShellE2e, Item8ReadsTheSettingsAgain) {
   EXPECT_NE(r.files.at("drillasm.ini").find("LangStr=JPN"), std::string::npos);
 }
 
-TEST(ShellE2e, DeleteItemsAskThroughRmAndReturnToTheMenu) {
+TEST(E2eShell, DeleteItemsAskThroughRmAndReturnToTheMenu) {
   const std::string ini = Ini("NWW");
   e2e::RunResult r = Drill(ini, "\n85\n88\n");
   EXPECT_EQ(e2e::count_occurrences(r.out, "rm: remove regular file 'drillasm.ini'?"), 2u) << r.out;
@@ -322,7 +322,7 @@ std::string WarnedSample() {
   return s;
 }
 
-TEST(ShellE2e, WarningsMenuDecidesTheRun) {
+TEST(E2eShell, WarningsMenuDecidesTheRun) {
   const std::string menuE = "\n\n\nMenu:\n1.  Go on this execution. \n2.  Go back to Main Menu. \nInput a menu number. \n";
   const std::string menuJ = "\n\n\nメニュー:\n１ このまま実行する。\n２ メイン メニューにもどる。\n"
                             "メニュウ番号を入力してください。 \n";
