@@ -124,11 +124,10 @@ void OpenHelp(const TFileData& fd) {
   }
   const char* x11 = std::getenv("DISPLAY");
   const char* wayland = std::getenv("WAYLAND_DISPLAY");
-  if ((x11 && *x11) || (wayland && *wayland)) {
-    shell::RunCommand({"xdg-open", help});
-  } else {
-    shell::RunEditor(shell::UserEditor(), help);
-  }
+  // A desktop opens it with its own viewer; without one (or without
+  // xdg-open) the editor shows it.
+  if (((x11 && *x11) || (wayland && *wayland)) && shell::RunCommand({"xdg-open", help}) == 0) return;
+  shell::RunEditor(shell::UserEditor(), help);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "shell/platform.h"
 
+#include <signal.h>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -23,12 +24,37 @@ int RunCommand(const std::vector<std::string>& argv) {
   p.reserve(args.size() + 1);
   for (std::string& a : args) p.push_back(a.data());
   p.push_back(nullptr);
+  // As system() does: while the command runs, an interrupt from the
+  // keyboard goes to the command alone; the command gets the defaults back.
+  struct sigaction ignore {}, oldInt {}, oldQuit {};
+  ignore.sa_handler = SIG_IGN;
+  sigemptyset(&ignore.sa_mask);
+  ::sigaction(SIGINT, &ignore, &oldInt);
+  ::sigaction(SIGQUIT, &ignore, &oldQuit);
+  posix_spawnattr_t attr;
+  posix_spawnattr_init(&attr);
+  sigset_t defaults;
+  sigemptyset(&defaults);
+  sigaddset(&defaults, SIGINT);
+  sigaddset(&defaults, SIGQUIT);
+  posix_spawnattr_setsigdefault(&attr, &defaults);
+  posix_spawnattr_setflags(&attr, POSIX_SPAWN_SETSIGDEF);
+
   pid_t pid = 0;
-  if (::posix_spawnp(&pid, p[0], nullptr, nullptr, p.data(), environ) != 0) return -1;
   int status = 0;
-  while (::waitpid(pid, &status, 0) < 0) {
-    if (errno != EINTR) return -1;
+  int rc = ::posix_spawnp(&pid, p[0], nullptr, &attr, p.data(), environ);
+  posix_spawnattr_destroy(&attr);
+  if (rc == 0) {
+    while (::waitpid(pid, &status, 0) < 0) {
+      if (errno != EINTR) {
+        rc = -1;
+        break;
+      }
+    }
   }
+  ::sigaction(SIGINT, &oldInt, nullptr);
+  ::sigaction(SIGQUIT, &oldQuit, nullptr);
+  if (rc != 0) return -1;
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
