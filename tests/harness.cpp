@@ -246,6 +246,13 @@ std::size_t count_occurrences(const std::string& haystack, const std::string& ne
     return count;
 }
 
+std::string Ini(std::string mode, int lang, std::string extra) {
+    return "[Mode]\nLangStr=" + std::string(lang ? "ENU" : "JPN") + "\nLangInt=" + std::to_string(lang) +
+           "\nFightFunc=" + mode +
+           "\nTimeFuncStr=QPC\nTimeFuncInt=0\nSimpleTitleIndex=0\nBusyModeIndex=1\nSilentModeIndex=0\n" + extra +
+           "[Src]\nLastSrcFile=src\\pn1000.txt\n[Editor]\nTextEditorIndex=0\nTextEditorPath1=\nTextEditorPath2=\n";
+}
+
 std::string source_path(const std::string& relative) {
     return (fs::path(DRILLASM_SOURCE_DIR) / relative).string();
 }

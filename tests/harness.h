@@ -40,6 +40,11 @@ std::string read_file(const std::string& path);
 // Non-overlapping occurrences of `needle`; 0 for an empty needle.
 std::size_t count_occurrences(const std::string& haystack, const std::string& needle);
 
+// A drillasm.ini laid out as the default file: FightFunc=`mode`; lang 1 English
+// (LangStr=ENU, LangInt=1), 0 Japanese (JPN, 0); `extra` ("Key=value\n" lines)
+// goes at the end of [Mode].
+std::string Ini(std::string mode = "NWW", int lang = 1, std::string extra = "");
+
 // Absolute path of a file in the source tree (e.g. "examples/src/pn1000.txt").
 std::string source_path(const std::string& relative);
 
