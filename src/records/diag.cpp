@@ -1,5 +1,7 @@
 #include "records/diag.h"
 
+#include <cstdlib>
+
 #include "records/console.h"
 
 TMsgLog::TMsgLog() {
@@ -152,15 +154,9 @@ bool DspWarningsMenu(TDiagBase& game) {
              << "2.  Go back to Main Menu. " << con::endl
              << "Input a menu number. " << con::endl;
   }
+  // Text or a bare line end converts to 0 and leaves without a run.
   std::string word = ReadMenuWord(40);
-  // A decimal conversion in the manner of atoi: text gives 0.
-  long v = 0;
-  size_t i = 0;
-  bool neg = false;
-  if (i < word.size() && (word[i] == '+' || word[i] == '-')) neg = word[i++] == '-';
-  for (; i < word.size() && word[i] >= '0' && word[i] <= '9' && v < 100000000; ++i) v = v * 10 + (word[i] - '0');
-  if (neg) v = -v;
-  return v == 1;
+  return std::strtol(word.c_str(), nullptr, 10) == 1;
 }
 
 void DspSyntaxErrorMsgWP(TDiagBase& w, int line, wview op) {

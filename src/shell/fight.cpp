@@ -18,15 +18,15 @@
 namespace {
 
 // name, tag, letter, carrier, log cleared at entry / at the head of a pass,
-// log repeated, editor index reported, DspWarningsMenu, compared with 8888.
+// log repeated, editor index reported, compared with 8888.
 // AP, NA, NaW and NH run on the wide carrier of NWW.
 const FightMode kModes[] = {
-    {"NWW", "FightNWW", 'W', nullptr, false, false, false, false, false, false},
-    {"WP", "FightWP", 'W', "std::wstring<--UTF16", true, false, true, true, true, true},
-    {"AP", "FightAP", 'W', nullptr, false, false, false, false, false, false},
-    {"NA", "FightNA", 'W', nullptr, false, false, false, false, false, false},
-    {"NaW", "FightNaW", 'W', nullptr, false, false, false, false, false, false},
-    {"NH", "FightNH", 'W', nullptr, false, false, false, false, false, false},
+    {"NWW", "FightNWW", 'W', nullptr, false, false, false, false, false},
+    {"WP", "FightWP", 'W', "std::wstring<--UTF16", true, false, true, true, true},
+    {"AP", "FightAP", 'W', nullptr, false, false, false, false, false},
+    {"NA", "FightNA", 'W', nullptr, false, false, false, false, false},
+    {"NaW", "FightNaW", 'W', nullptr, false, false, false, false, false},
+    {"NH", "FightNH", 'W', nullptr, false, false, false, false, false},
 };
 
 // The language of `from` on both fields of game, b and cs.
@@ -45,24 +45,6 @@ void CopyEditorPath() {
 }
 
 void ErrorSummary(TGame& game) { DspWarningKazuE(game, u"", 'h'); }
-
-// The warnings menu as the Fight's own lines: true when the learner chose 1.
-bool WarningsMenuInFight(TGame& game) {
-  con::out << con::endl << con::endl << con::endl;
-  if (game.IsJ()) {
-    con::out << u"メニュー:" << con::endl
-             << u"１ このまま実行する。" << con::endl
-             << u"２ メイン メニューにもどる。" << con::endl
-             << u"メニュウ番号を入力してください。 " << con::endl;
-  } else {
-    con::out << "Menu:" << con::endl
-             << "1.  Go on this execution. " << con::endl
-             << "2.  Go back to Main Menu. " << con::endl
-             << "Input a menu number. " << con::endl;
-  }
-  std::string word = ReadMenuWord(40);
-  return std::strtol(word.c_str(), nullptr, 10) == 1;
-}
 
 // The end of a Fight: the line details of both carriers are released.
 void LeaveFight() {
@@ -157,7 +139,7 @@ void RunStages(TGame& game, const FightMode& mode, int loadResult) {
 
     bool run = true;
     if (game.WarningKazu != 0) {
-      run = mode.warningsMenuFunc ? DspWarningsMenu(game) : WarningsMenuInFight(game);
+      run = DspWarningsMenu(game);
     }
     if (run) {
       Run3NW(*m);

@@ -54,7 +54,6 @@ struct FightMode {
   bool clearLogAtHead;     // ... and at the head of every pass
   bool repeatLog;          // messages printed again before the time line
   bool reportEditorIndex;  // TextEditorIndex out of range reported at entry
-  bool warningsMenuFunc;   // DspWarningsMenu rather than the Fight's own lines
   bool compare8888;        // loadResult compared with 8888, not 9000 and 7000
 };
 
