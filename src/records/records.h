@@ -103,20 +103,17 @@ struct SrcLineT {
   S rawStr;       // the line as read
   S editStr;      // the working copy each stage reads and rewrites
   S editSaveStr;  // editStr when the pairing stage has finished
-  S workStr1, workStr2, workStr3;
   int32_t rlAdr = 0;  // address of the first word, relative to the program
   int32_t abAdr = 0;  // the same, absolute
   S labelStr;
   S afterLabelStr;  // what follows the label field, left-trimmed
   S opStr;
-  S opWorkStr;
   int32_t hasLiteral = 0;
   S oprndStr;     // operand text as written
   S oprndComStr;  // operand and comment text behind the opcode
   S oprndComChH;  // oprndComStr cut to 225 characters
   S oprnd1ChH, oprnd2ChH, oprnd3ChH, oprnd4ChH;  // split operands
   S oprnd1Str, oprnd2Str, oprnd3Str;
-  S oprndWork1, oprndWork2;
   S commentStr;
   int32_t oprndCount = 0;
   int32_t word_kazu = 0;

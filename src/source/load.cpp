@@ -1,6 +1,7 @@
 // Source loading: the main menu yields a file name, the encoding is
 // detected, and one of two loaders reads the whole file into b->vecSrcW,
 // one record per line, filling rawStr only.
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -32,9 +33,28 @@ void ReportOpenFailure(const std::string& fileName, const char* code) {
   --w.ErrorKazu;
 }
 
+// A file of more lines than this is refused: each line record takes several
+// hundred bytes, and a file of millions of empty lines would otherwise eat
+// the memory of the machine.
+constexpr size_t kMaxSourceLines = 4000000;
+
 void Append(std::vector<SrcLineW>& v, wstr text) {
   v.emplace_back();
   v.back().rawStr = std::move(text);
+}
+
+// Too many lines: the load fails before any record is made, so the lines of
+// the previous file stay as they were.
+void ReportTooManyLines(const std::string& fileName) {
+  wstr q = QuoteW(Utf8ToU16(fileName));
+  con::out << con::endl;
+  if (fileData->Lang != 1) {
+    con::out << q << u"の行数が " << static_cast<long long>(kMaxSourceLines)
+             << u" 行を超えています。このように大きいファイルは読み込みません。 *" << con::endl;
+  } else {
+    con::out << u"The file" << q << u"has more than " << static_cast<long long>(kMaxSourceLines)
+             << u" lines. A file of so many lines is not read. *" << con::endl;
+  }
 }
 
 wstr DecodeByCodePage(std::string_view line) {
@@ -71,8 +91,14 @@ int OpenFileUTF8toVecW(const std::string& fileName) {
     ReportOpenFailure(fileName, "88886875");
     return -3;
   }
+  size_t lineKazu = static_cast<size_t>(std::count(bytes.begin(), bytes.end(), '\n')) + 1;
+  if (lineKazu > kMaxSourceLines) {
+    ReportTooManyLines(fileName);
+    return -3;
+  }
   std::vector<SrcLineW>& v = b->vecSrcW;
   v.clear();
+  v.reserve(lineKazu);
   size_t pos = 0;
   // A byte order mark was met in this or an earlier file: the first line is
   // read alone and decoded as UTF-8; with code page 65001 its first 3 bytes
@@ -92,8 +118,6 @@ int OpenFileUTF16toVecW(const std::string& fileName) {
     ReportOpenFailure(fileName, "7CA76875");
     return -4;
   }
-  std::vector<SrcLineW>& v = b->vecSrcW;
-  v.clear();
   const size_t n = bytes.size();
   const size_t units = (n + 1) / 2;
   std::vector<char16_t> buf(units + 9, 0);
@@ -117,6 +141,16 @@ int OpenFileUTF16toVecW(const std::string& fileName) {
   buf[units] = 0xFFFF;  // the end mark
   // Unit 0, the byte order mark, is skipped unread.
   size_t i = units >= 1 ? 1 : 0;
+  size_t lineKazu = 1;
+  for (size_t k = i; buf[k] != 0xFFFF; ++k)
+    if (buf[k] == u'\r' && buf[k + 1] == u'\n') ++lineKazu;
+  if (lineKazu > kMaxSourceLines) {
+    ReportTooManyLines(fileName);
+    return -4;
+  }
+  std::vector<SrcLineW>& v = b->vecSrcW;
+  v.clear();
+  v.reserve(lineKazu);
   size_t lineStart = i;
   while (buf[i] != 0xFFFF) {
     if (buf[i] == u'\r' && buf[i + 1] == u'\n') {
