@@ -5,266 +5,149 @@
 
 namespace {
 
-using srctest::Fixture;
+using namespace srctest;
 
 class Scanner : public Fixture {
  protected:
-  // Lines of one program, paired and stripped of comments, then the field
-  // passes of the line analysis up to the split of the operand text.
-  void Program(const std::vector<std::u16string>& lines) {
-    Lines(lines);
-    ASSERT_EQ(Pair(), 0) << out;
+  // One program, paired and stripped of its comments, its messages gone.
+  void Prog(const Texts& lines) {
+    ASSERT_EQ(Front(lines), 0) << out;
     out.clear();
     msgLog->ClearMsgLog();
   }
   static SrcLineW& L(int i) { return b->vecSrcW[i]; }
 };
 
-// ---------------------------------------------------------------------------
-// editNWB
-
 TEST_F(Scanner, EditNWBTidiesEveryLine) {
   Lines({u"   \t ", u"  ; a comment  ", u"LBL  LD GR1,A  ", u"\tRET", u"    NOP", u"X\u3000\u3000", u"\u3000", u""});
   ASSERT_EQ(editNWB(), 0);
-  EXPECT_EQ(L(0).rawStr, u"");  // only blanks: emptied as read, too
-  EXPECT_EQ(L(0).editStr, u"");
-  EXPECT_EQ(L(1).editStr, u"");  // a comment line keeps its comment only
-  EXPECT_EQ(L(1).commentStr, u"; a comment");
+  // Blanks only: emptied as read too; a comment line keeps its comment only;
+  // one leading tab stays, two blanks become one; U+3000 is no blank.
+  EXPECT_EQ(F(&SrcLineW::editStr), (Texts{u"", u"", u"LBL  LD GR1,A", u"\tRET", u" NOP", u"X\u3000\u3000", u"\u3000", u""}));
+  EXPECT_EQ(L(0).rawStr, u"");
   EXPECT_EQ(L(1).rawStr, u"  ; a comment  ");
-  EXPECT_EQ(L(2).editStr, u"LBL  LD GR1,A");
-  EXPECT_EQ(L(3).editStr, u"\tRET");  // one leading tab stays a tab
-  EXPECT_EQ(L(4).editStr, u" NOP");   // two or more blanks become one space
-  EXPECT_EQ(L(5).editStr, u"X\u3000\u3000");  // U+3000 is not trimmed
-  EXPECT_EQ(L(6).editStr, u"\u3000");         // and a line of it is not blank
-  EXPECT_EQ(Errors(), 0);
-  EXPECT_EQ(out, "");
+  EXPECT_EQ(L(1).commentStr, u"; a comment");
+  EXPECT_EQ(Errors() + out.size(), 0u);
 }
 
-TEST_F(Scanner, EmptySourceIsOneErrorWithoutPrefix) {
-  Lines({u"; only", u"  ", u"\t; comment"});
-  EXPECT_LT(editNWB(), 0);
-  EXPECT_EQ(out, "Error: The source code is empty.  The assembler is ready to go!\n");
-  EXPECT_EQ(b->ErrorKazu, 1);
-  ASSERT_EQ(msgLog->WideLog.size(), 1u);
-  EXPECT_EQ(msgLog->WideLog[0].kind, 100);
-  SetLang(0);
-  out.clear();
-  Lines({});
-  EXPECT_LT(editNWB(), 0);
-  EXPECT_EQ(out, "エラー：　アセンブラは準備完了、 ソースコードの記述がない。 \n");
-  EXPECT_EQ(b->ErrorKazu, 2);
-}
-
-// ---------------------------------------------------------------------------
-// Comments and fields
-
-TEST_F(Scanner, CutCommentKnowsQuotes) {
-  Program({u"PRG START", u" DC 'A;B' ;C", u" DC 'it''s;' ;x", u" LD GR1,A;c", u" RET", u"A DC ''';'", u" END ;e"});
-  EXPECT_EQ(L(1).editStr, u" DC 'A;B' ");  // no right-trim
-  EXPECT_EQ(L(2).editStr, u" DC 'it''s;' ");
-  EXPECT_EQ(L(3).editStr, u" LD GR1,A");
-  EXPECT_EQ(L(5).editStr, u"A DC ''';'");
-  EXPECT_EQ(L(6).editStr, u" END ;e");  // the END line is not walked
-  EXPECT_EQ(L(1).commentStr, u"");       // the comment is dropped, not stored
-}
-
-TEST_F(Scanner, LabelOpcodeAndOperandFields) {
-  Program({u"PRG\tSTART", u" LD\tGR1, A", u"LBL NOP", u"\tRET", u" END"});
+TEST_F(Scanner, CommentsAndFields) {
+  Prog({u"PRG\tSTART", u" DC 'A;B' ;C", u" DC 'it''s;' ;x", u" LD\tGR1, A;c", u"LBL NOP", u" DC ''';'", u"\tRET",
+        u" END ;e"});
+  // CutCommentNW knows quotes, drops the comment, does not right-trim, and
+  // leaves the END line alone.
+  EXPECT_EQ(F(&SrcLineW::editStr), (Texts{u"PRG\tSTART", u" DC 'A;B' ", u" DC 'it''s;' ", u" LD\tGR1, A", u"LBL NOP",
+                                          u" DC ''';'", u"\tRET", u" END ;e"}));
+  EXPECT_EQ(L(1).commentStr, u"");
   TakeOutLabelStrNW(0);
-  EXPECT_EQ(L(0).labelStr, u"PRG");
-  EXPECT_EQ(L(0).afterLabelStr, u"START");
-  EXPECT_EQ(L(0).opStr, u"START");
-  EXPECT_EQ(L(0).oprndComStr, u"");
-  EXPECT_EQ(L(1).labelStr, u"");
-  EXPECT_EQ(L(1).afterLabelStr, u"LD\tGR1, A");
-  EXPECT_EQ(L(1).opStr, u"LD");
-  EXPECT_EQ(L(1).oprndComStr, u"GR1, A");
-  EXPECT_EQ(L(1).oprndComChH, u"GR1, A");
-  EXPECT_EQ(L(2).labelStr, u"LBL");
-  EXPECT_EQ(L(2).opStr, u"NOP");
-  EXPECT_EQ(L(3).opStr, u"RET");
-  EXPECT_EQ(L(4).opStr, u"END");  // the END line is included here
+  EXPECT_EQ(F(&SrcLineW::labelStr), (Texts{u"PRG", u"", u"", u"", u"LBL", u"", u"", u""}));
+  EXPECT_EQ(F(&SrcLineW::opStr), (Texts{u"START", u"DC", u"DC", u"LD", u"NOP", u"DC", u"RET", u"END"}));
+  EXPECT_EQ(F(&SrcLineW::oprndComStr),
+            (Texts{u"", u"'A;B' ", u"'it''s;' ", u"GR1, A", u"", u"''';'", u"", u";e"}));
+  EXPECT_EQ(L(3).afterLabelStr, u"LD\tGR1, A");
+  EXPECT_EQ(L(3).oprndComChH, u"GR1, A");
 }
 
-TEST_F(Scanner, OperandTextFindsTheFirstCharacterOfTheKey) {
-  // The key is the opcode and a blank; its first character found anywhere
-  // in the text decides where the operand text begins.
-  Program({u"PRG START", u" LD  GR1,A", u" RET", u" END"});
-  TakeOutLabelStrNW(0);
-  EXPECT_EQ(L(1).oprndComStr, u"GR1,A");
-}
-
-TEST_F(Scanner, LengthWarningOncePerProgramNotCounted) {
-  std::u16string op226(226, u'A');
-  Program({u"PRG START", u" DC " + op226, u" DC " + op226, u" RET", u" END"});
-  TakeOutLabelStrNW(0);
-  const std::string head = "Warning: line 2: There are 226 characters in the line. ";
-  EXPECT_EQ(out, head +
-                     "The Spec. of DrillAsm has a length limit for every line. The assembler reads 225 characters or "
-                     "less a line. \nThis might have caused an error for all your intention. \n");
-  EXPECT_EQ(L(1).oprndComStr.size(), 226u);
-  EXPECT_EQ(L(1).oprndComChH.size(), 225u);
-  EXPECT_EQ(Warnings() + Errors(), 0);
-  EXPECT_TRUE(msgLog->WideLog.empty());
-  // The later check, after the literal passes: its own wording, once.
-  out.clear();
-  CopyOprndComStrToChH2BD(0);
-  EXPECT_EQ(out, "（規定の文字の長さ、文字数）＝（225, 226）\n" + head +
-                     "The Spec. of DrillAsm has a length limit in every line. The assembler reads 225 characters or "
-                     "less a line. \nThis might have caused an error for all your intention. \n");
-  SetLang(0);
-  out.clear();
-  TakeOutLabelStrNW(0);
-  EXPECT_EQ(out, "警告: 2行目：DrillAsmの仕様よりも長い行がある。 226 文字ある。225 文字まで読取り、それ以降の文字は読み捨てる。\n");
-  EXPECT_EQ(Warnings() + Errors(), 0);
-}
-
-TEST_F(Scanner, CutOprndComMovesTheCommentOfKnownOpcodesButNotOfDC) {
-  Program({u"PRG START", u" LD GR1,A", u" DC 'A'", u" RET", u" END"});
-  // Comments that CutCommentNW left: put them back into the operand text.
+TEST_F(Scanner, CutOprndComSkipsDCAndCopyToEdit) {
+  Prog({u"PRG START", u" LD GR1,A", u" DC 'A'", u" RET", u" END"});
   TakeOutLabelStrNW(0);
   L(1).oprndComStr = u"GR1,A ;c1";
   L(2).oprndComStr = u"'A;B' ;c2";
   L(3).oprndComStr = u";c3";
   CutOprndComNW(0);
-  EXPECT_EQ(L(1).oprndComStr, u"GR1,A ");
-  EXPECT_EQ(L(1).commentStr, u";c1");
-  EXPECT_EQ(L(2).oprndComStr, u"'A;B' ;c2");
-  EXPECT_EQ(L(3).oprndComStr, u"");
-  EXPECT_EQ(L(3).commentStr, u";c3");
-  EXPECT_TRUE(IsCutOprndComOp(u"START"));
-  EXPECT_FALSE(IsCutOprndComOp(u"DC"));
-  EXPECT_FALSE(IsCutOprndComOp(u"ld"));
+  EXPECT_EQ(F(&SrcLineW::oprndComStr), (Texts{u"", u"GR1,A ", u"'A;B' ;c2", u"", u""}));
+  EXPECT_EQ(F(&SrcLineW::commentStr), (Texts{u"", u";c1", u"", u";c3", u""}));
+  EXPECT_TRUE(IsCutOprndComOp(u"START") && !IsCutOprndComOp(u"DC") && !IsCutOprndComOp(u"ld"));
   CopyOprndComToEditNW(0);
   EXPECT_EQ(L(1).editStr, u"GR1,A ");
 }
 
-// ---------------------------------------------------------------------------
-// Signs
-
-TEST_F(Scanner, Edit30cClosesTheBlankBehindTheLiteralSign) {
-  Program({u"PRG START", u" LD GR1,= 5", u" LD GR1,=", u" DC 'x= 1'", u" RET", u" END"});
-  L(1).editStr = u"GR1,= 5";
-  L(2).editStr = u"GR1,=  ";
-  L(3).editStr = u"'x= 1'";
+TEST_F(Scanner, SignsAndTheLastCommentCut) {
+  Prog({u"PRG START", u" DC 5", u" DC 5", u" DC 5", u" DC 5", u" RET", u" END"});
+  const Texts in = {u"GR1,= 5", u"GR1,=  ", u"'x= 1'", u"'+ ' #1"};
+  for (int i = 0; i < 4; ++i) L(i + 1).editStr = in[i];
   EXPECT_EQ(edit30cNW(0), 0);
-  EXPECT_EQ(L(1).editStr, u"GR1,=5");
-  EXPECT_EQ(L(2).editStr, u"GR1,");  // nothing behind: the sign goes too
-  EXPECT_EQ(L(3).editStr, u"'x= 1'");
+  EXPECT_EQ(edit50NW(0), 0);  // a sign behind the first apostrophe is not looked at
+  EXPECT_EQ(F(&SrcLineW::editStr), (Texts{u"PRG START", u"GR1,=5", u"GR1,", u"'x= 1'", u"'+ ' #1", u" RET", u" END"}));
+  // DivideCommentNW: before any apostrophe; behind a closed string; not with
+  // two semicolons behind the last apostrophe, nor with a ";" inside.
+  const Texts in2 = {u"5 ;C", u"'AB' ;C", u"'A' ;C;D", u"'A;B' ;C"};
+  for (int i = 0; i < 4; ++i) L(i + 1).editStr = in2[i];
+  DivideCommentNW(0);
+  EXPECT_EQ(F(&SrcLineW::editStr), (Texts{u"PRG START", u"5 ", u"'AB' ", u"'A' ;C;D", u"'A;B' ;C", u" RET", u" END"}));
+  EXPECT_EQ(F(&SrcLineW::commentStr), (Texts{u"", u";C", u";C", u"", u"", u"", u""}));
   EXPECT_EQ(Errors(), 0);
 }
 
-TEST_F(Scanner, Edit30cBlankBehindASignedLiteral) {
-  Program({u"PRG START", u" LD GR1,=- 5", u" LD GR2,=+\t5", u" RET", u" END"});
-  L(1).editStr = u"GR1,=- 5";
-  L(2).editStr = u"GR2,=+\t5";
-  EXPECT_LT(edit30cNW(0), 0);
-  EXPECT_EQ(out,
-            "Error : line 2:  \"GR1,=- 5\" : There is a space just after =+, =-, or =#. \n"
-            "Remove off the space at the right side of the literal figure. \n");
-  EXPECT_EQ(cs->ErrorKazu, 1);  // the pass ends at the first
-  SetLang(0);
-  out.clear();
-  EXPECT_LT(edit30cNW(0), 0);
-  EXPECT_EQ(out,
-            "エラー： 2 行目：  \"GR1,=- 5\" : =+, =-, =# 記号の直後に空白がある。\n"
-            "記号の直後、数字の直前にある空白を取り除くこと。\n");
-}
-
-TEST_F(Scanner, Edit50BlankBehindASign) {
-  Program({u"PRG START", u" LAD GR1,5", u" DC '+ '", u" LAD GR1,+ 5", u" RET", u" END"});
-  L(1).editStr = u"GR1,5";
-  L(2).editStr = u"'+ '";
-  L(3).editStr = u"GR1,+ 5";
-  EXPECT_LT(edit50NW(0), 0);
-  EXPECT_EQ(out,
-            "Error : line 4:  \"GR1,+ 5\" : There is a space just after +, -, or #. \n"
-            "Remove off the space at the left side of the figure.\n");
-  EXPECT_EQ(cs->ErrorKazu, 1);
-  SetLang(0);
-  out.clear();
-  EXPECT_LT(edit50NW(0), 0);
-  EXPECT_EQ(out, "エラー： 4 行目：  \"GR1,+ 5\" : +, -, # 記号の直後に空白がある。\n記号の直後、数字の直前にある空白を取り除くこと。\n");
-}
-
-TEST_F(Scanner, DivideCommentAwareOfApostrophes) {
-  Program({u"PRG START", u" DC 5", u" DC 5", u" DC 5", u" DC 5", u" RET", u" END"});
-  L(1).editStr = u"'A;B' ;C";  // two semicolons differ: kept
-  L(2).editStr = u"'AB' ;C";   // a comment behind a closed string
-  L(3).editStr = u"5 ;C";
-  L(4).editStr = u"'A' ;C;D";  // two semicolons behind the last apostrophe
-  DivideCommentNW(0);
-  EXPECT_EQ(L(1).editStr, u"'A;B' ;C");
-  EXPECT_EQ(L(2).editStr, u"'AB' ");
-  EXPECT_EQ(L(2).commentStr, u";C");
-  EXPECT_EQ(L(3).editStr, u"5 ");
-  EXPECT_EQ(L(3).commentStr, u";C");
-  EXPECT_EQ(L(4).editStr, u"'A' ;C;D");  // the last ";" is not the first: no cut
-}
-
-// ---------------------------------------------------------------------------
-// Character checks
-
 TEST_F(Scanner, CkMoziPositionZeroMeansNone) {
-  EXPECT_EQ(CkSmallLetterNW(u"Ab"), 1);
-  EXPECT_EQ(CkMozi10NW(u"Ab"), 1);
-  EXPECT_EQ(CkSmallLetterNW(u"ab"), 0);
-  EXPECT_EQ(CkMozi10NW(u"ab"), 0);
-  EXPECT_EQ(CkMozi10NW(u"AB12"), 0);
+  EXPECT_EQ(CkSmallLetterNW(u"Ab") * 10 + CkMozi10NW(u"Ab"), 11);
+  EXPECT_EQ(CkSmallLetterNW(u"ab") + CkMozi10NW(u"ab") + CkMozi10NW(u"AB12"), 0);
   EXPECT_EQ(CkMozi10NW(u"AB-2"), 2);
-  EXPECT_EQ(CkMozi20W(u"#00FF"), 0);
-  EXPECT_EQ(CkMozi20W(u"#00fF"), 1);
-  EXPECT_EQ(CkMozi20W(u"12G"), 1);
+  EXPECT_EQ(CkMozi20W(u"#00FF") * 100 + CkMozi20W(u"#00fF") * 10 + CkMozi20W(u"12G"), 11);
 }
 
-TEST_F(Scanner, ZenKakuSpaceAnalystOneMessagePerWord) {
-  EXPECT_EQ(AnalystZenKSpace20NW(u"AB", 0), 0);
-  EXPECT_EQ(out, "");
-  EXPECT_EQ(AnalystZenKSpace20NW(u"A\u3000B\u3000", 2), 0);
-  EXPECT_EQ(out,
-            "Error : line 3:  \"A\u3000B\u3000\" : There is a 2-byte space in the word. A 2-byte space is not "
-            "allowed to be used in casl2. A 2-byte space should be replaced with 1-byte space.  Remove off the "
-            "2-byte space in the word. \n");
-  EXPECT_EQ(cs->ErrorKazu, 1);
-  ASSERT_EQ(Codes(), (std::vector<std::string>{"0801EEC3"}));
-  SetLang(0);
-  out.clear();
-  AnalystZenKSpace20NW(u"\u3000", 0);
-  EXPECT_EQ(out, "エラー： 1 行目：  \"\u3000\"  の中に全角の空白がある。 CASL2には全角の空白は使えない。　 CASL2では半角の空白を使う。\n");
-  EXPECT_EQ(cs->ErrorKazu, 2);
-}
-
-TEST_F(Scanner, ZenKakuMoziAnalyst) {
-  AnalystZenKMoziW(u"ABC\uFF71", 0, u"label");  // 1-byte katakana is no 2-byte character
-  EXPECT_EQ(out, "");
-  AnalystZenKMoziW(u"Aあ", 1, u"label");
-  EXPECT_EQ(out,
-            "Error : line 2:  \"Aあ\" : There is a 2-byte character in the word. This character is not allowed in "
-            "CASL2. Remove off the 2-byte character. A 1-byte space is allowed in CASL2.  \n");
-  EXPECT_EQ(cs->ErrorKazu, 1);
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"F93C6677 atStr=label"}));
-}
-
-TEST_F(Scanner, AnalystThreeTests) {
-  EXPECT_EQ(AnalystNW(u"GR8", 0), 1);  // words only, no count
-  EXPECT_EQ(out,
-            "Error : line 1: The comet2 has eight general registers of GR0-GR7. Neither GR8 nor GR9 is a general "
-            "register of comet2. \n");
-  EXPECT_EQ(cs->ErrorKazu, 0);
-  out.clear();
-  EXPECT_EQ(AnalystNW(u"GR10", 0), 0);
-  EXPECT_EQ(out, "");
-  EXPECT_EQ(AnalystNW(u"9a", 4), 2);
-  EXPECT_EQ(out,
-            "Error : line 5: The first character must be a letter. A numerical is not allowed to be used as the 1st "
-            "letter of a label of 9a. \n"
-            "Error : line 5: 9a: There is a small letter in it. It cannot be used in casl2.\n");
-  EXPECT_EQ(cs->ErrorKazu, 2);
-  EXPECT_TRUE(msgLog->WideLog.empty());  // no records
-  SetLang(0);
-  out.clear();
-  EXPECT_EQ(AnalystNW(std::u16string(u"ab\0X", 4), 0), 1);  // zero-ended
-  EXPECT_EQ(out, "エラー： 1 行目： ab 小文字がある。 小文字は CASL2 では使えない。\n");
+// Every message of the scanner and the character checks, with its counter
+// and its record.
+TEST_F(Scanner, EveryMessage) {
+  const std::u16string op226(226, u'A');
+  const std::string len = "Warning: line 2: There are 226 characters in the line. The Spec. of DrillAsm has a length "
+                          "limit for every line. The assembler reads 225 characters or less a line. \n"
+                          "This might have caused an error for all your intention. \n";
+  auto longLines = [=, this] { Prog({u"PRG START", u" DC " + op226, u" DC " + op226, u" RET", u" END"}); };
+  Check({
+      {[this] { Prog({u"PRG START", u" LD GR1,=- 5", u" LD GR2,=+\t5", u" RET", u" END"});
+                L(1).editStr = u"GR1,=- 5", L(2).editStr = u"GR2,=+\t5";
+                return edit30cNW(0); },
+       -1, 1, 0,  // the pass ends at the first
+       "Error : line 2:  \"GR1,=- 5\" : There is a space just after =+, =-, or =#. \n"
+       "Remove off the space at the right side of the literal figure. \n", {"3C30E0D1"},
+       "エラー： 2 行目：  \"GR1,=- 5\" : =+, =-, =# 記号の直後に空白がある。\n記号の直後、数字の直前にある空白を取り除くこと。\n"},
+      {[this] { Prog({u"PRG START", u" LAD GR1,5", u" DC '+ '", u" LAD GR1,+ 5", u" RET", u" END"});
+                L(1).editStr = u"GR1,5", L(2).editStr = u"'+ '", L(3).editStr = u"GR1,+\t5";
+                return edit50NW(0); },
+       -1, 1, 0,
+       "Error : line 4:  \"GR1,+\t5\" : There is a space just after +, -, or #. \nRemove off the space at the left side of the figure.\n",
+       {"3C50E0D1"},
+       "エラー： 4 行目：  \"GR1,+\t5\" : +, -, # 記号の直後に空白がある。\n記号の直後、数字の直前にある空白を取り除くこと。\n"},
+      // The length warning, once a program, neither counted nor recorded.
+      {[=] { longLines(); return TakeOutLabelStrNW(0); }, 0, 0, 0, len, {},
+       "警告: 2行目：DrillAsmの仕様よりも長い行がある。 226 文字ある。225 文字まで読取り、それ以降の文字は読み捨てる。\n"},
+      {[=, this] { longLines(); TakeOutLabelStrNW(0); out.clear(); return CopyOprndComStrToChH2BD(0); }, 0, 0, 0,
+       "（規定の文字の長さ、文字数）＝（225, 226）\n" + std::string(len).replace(len.find("for every"), 9, "in every"), {},
+       "（規定の文字の長さ、文字数）＝（225, 226）\n警告: 2行目：DrillAsmの仕様の規定よりも長い行がある。 226 文字ある。225 "
+       "文字まで読取り、それ以降の文字は読み捨てる。\n"},
+      // One message for a word, however many U+3000 it holds.
+      {[] { return AnalystZenKSpace20NW(u"A\u3000B\u3000", 2); }, 0, 1, 0,
+       "Error : line 3:  \"A\u3000B\u3000\" : There is a 2-byte space in the word. A 2-byte space is not allowed to be used "
+       "in casl2. A 2-byte space should be replaced with 1-byte space.  Remove off the 2-byte space in the word. \n",
+       {"0801EEC3"},
+       "エラー： 3 行目：  \"A\u3000B\u3000\"  の中に全角の空白がある。 CASL2には全角の空白は使えない。　 CASL2では半角の空白を使う。\n"},
+      {[] { return AnalystZenKSpace20NW(u"AB", 0); }, 0, 0, 0, "", {}},
+      {[] { AnalystZenKMoziW(u"Aあ", 1, u"label"); return 0; }, 0, 1, 0,
+       "Error : line 2:  \"Aあ\" : There is a 2-byte character in the word. This character is not allowed in CASL2. "
+       "Remove off the 2-byte character. A 1-byte space is allowed in CASL2.  \n",
+       {"F93C6677 atStr=label"},
+       "エラー： 2 行目：  \"Aあ\" :  の中に全角の文字がある。 CASL2では全角の文字は使えない。 CASL2では半角の空白を使う。\n"},
+      {[] { AnalystZenKMoziW(u"ABC\uFF71", 0, u"label"); return 0; }, 0, 0, 0, "", {}},  // 1-byte katakana
+      // AnalystNW: GR8 in words only; GR10 passes; 9a hits twice; zero-ended.
+      {[] { return AnalystNW(u"GR8", 0); }, 1, 0, 0,
+       "Error : line 1: The comet2 has eight general registers of GR0-GR7. Neither GR8 nor GR9 is a general register of "
+       "comet2. \n", {},
+       "エラー： 1 行目：  レジスタは GR0-GR7 の8個だけです。 GR8-GR9 は無いので使えない。 \n"},
+      {[] { return AnalystNW(u"GR10", 0); }, 0, 0, 0, "", {}},
+      {[] { return AnalystNW(u"9a", 4); }, 2, 2, 0,
+       "Error : line 5: The first character must be a letter. A numerical is not allowed to be used as the 1st letter of "
+       "a label of 9a. \nError : line 5: 9a: There is a small letter in it. It cannot be used in casl2.\n", {},
+       "エラー： 5 行目： 9a レジスタ名（やラベル）の先頭文字に数字は使えない。\nエラー： 5 行目： 9a 小文字がある。 小文字は "
+       "CASL2 では使えない。\n"},
+      {[] { return AnalystNW(std::u16string(u"ab\0X", 4), 0); }, 1, 1, 0,
+       "Error : line 1: ab: There is a small letter in it. It cannot be used in casl2.\n", {},
+       "エラー： 1 行目： ab 小文字がある。 小文字は CASL2 では使えない。\n"},
+  });
+  Fresh();
+  longLines();
+  TakeOutLabelStrNW(0);
+  EXPECT_EQ(L(1).oprndComStr.size(), 226u);
+  EXPECT_EQ(L(1).oprndComChH.size(), 225u);
 }
 
 }  // namespace

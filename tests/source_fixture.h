@@ -1,6 +1,6 @@
-// Shared set-up of the source, scanner and structure tests: fresh
-// singletons, captured console output, lines filled from text, and a
-// scratch folder for files built byte by byte.
+// Shared set-up of the source, scanner and structure tests: fresh singletons,
+// captured output, the front stages gated as the pipeline gates them, files
+// built byte by byte, and one runner for tables of messages.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -8,8 +8,7 @@
 
 #include <filesystem>
 #include <fstream>
-#include <string>
-#include <vector>
+#include <functional>
 
 #include "records/console.h"
 #include "records/correct_scode.h"
@@ -20,12 +19,33 @@
 
 namespace srctest {
 
+using Texts = std::vector<std::u16string>;
+using Codes = std::vector<std::string>;
+
+// UTF-16 with its mark, little- or big-endian.
+inline std::string Utf16(const std::u16string& s, bool be = false) {
+  std::string r = be ? "\xFE\xFF" : "\xFF\xFE";
+  for (char16_t c : s) r += {static_cast<char>(be ? c >> 8 : c & 0xFF), static_cast<char>(be ? c & 0xFF : c >> 8)};
+  return r;
+}
+
+// A call, what it returns (a negative value as -1), the counts it leaves, its
+// whole English output, the codes of its records, and a part of its Japanese
+// output (none: English only).
+struct Row {
+  std::function<int()> call;
+  int ret, errors, warnings;
+  std::string en;
+  Codes codes;
+  std::string ja = "";
+};
+
 class Fixture : public ::testing::Test {
  protected:
   std::string out;
   std::filesystem::path dir;
 
-  void SetUp() override {
+  void Fresh(int lang = 1) {
     ResetBasicData();
     ResetCorrectScode();
     ResetFileData();
@@ -33,72 +53,80 @@ class Fixture : public ::testing::Test {
     cs->ZeroCounters();
     fileData->ZeroCounters();
     msgLog->ClearMsgLog();
-    SetLang(1);
+    SetLang(lang);
     b->SimpleTitleIndex = 0;
-    *moziCode = TMoziCode{};
     fileData->LastSrcFile = "t.txt";
+    out.clear();
+  }
+  void SetUp() override {
+    Fresh();
+    *moziCode = TMoziCode{};
     char tmpl[] = "/tmp/srctestXXXXXX";
-    const char* d = mkdtemp(tmpl);
-    dir = d ? d : "/tmp";
+    ASSERT_NE(mkdtemp(tmpl), nullptr);
+    dir = tmpl;
     con::SetCapture(&out);
   }
   void TearDown() override {
     con::SetCapture(nullptr);
     std::error_code ec;
-    std::filesystem::remove_all(dir, ec);
-    SetLang(1);
-    ResetBasicData();
+    if (!dir.empty()) std::filesystem::remove_all(dir, ec);
+    Fresh();
   }
 
   std::string Write(const std::string& name, const std::string& bytes) {
-    std::string p = (dir / name).string();
-    std::ofstream f(p, std::ios::binary);
-    f << bytes;
-    return p;
+    std::ofstream((dir / name).string(), std::ios::binary) << bytes;
+    return (dir / name).string();
   }
-
-  // Lines as read, one record each.
-  static void Lines(const std::vector<std::u16string>& lines) {
+  static void Lines(const Texts& lines) {
     b->vecSrcW.clear();
-    for (const auto& l : lines) {
-      b->vecSrcW.emplace_back();
-      b->vecSrcW.back().rawStr = l;
-    }
+    for (const auto& l : lines) b->vecSrcW.emplace_back().rawStr = l;
   }
-
-  static std::vector<std::u16string> Raw() {
-    std::vector<std::u16string> r;
-    for (const auto& s : b->vecSrcW) r.push_back(s.rawStr);
+  static Texts F(wstr SrcLineW::*field) {
+    Texts r;
+    for (const auto& s : b->vecSrcW) r.push_back(s.*field);
     return r;
   }
-
-  static std::vector<std::string> Codes() {
-    std::vector<std::string> r;
+  static Texts Raw() { return F(&SrcLineW::rawStr); }
+  static Codes LogCodes() {
+    Codes r;
     for (const auto& m : msgLog->WideLog) r.push_back(m.code);
     return r;
   }
-
   static int Errors() { return b->ErrorKazu + cs->ErrorKazu + fileData->ErrorKazu; }
   static int Warnings() { return b->WarningKazu + cs->WarningKazu + fileData->WarningKazu; }
+  static int PrgKazu() { return std::min<int>(b->GetPrgKazuInFile(), static_cast<int>(b->vecPrgW.size())); }
 
-  // The stages up to the comment removal, gated as the pipeline gates them.
-  // Returns the number of the stage that stopped (0: all ran).
-  static int Pair() {
+  // The stages from editNWB to CkPrgNameDoubleNW, gated as the pipeline gates
+  // them. Returns the stage that stopped (1 editNWB, 2 StartEnd10W,
+  // 3 StartEnd20NW, 4 StartEndNW, 5 text between programs, 6 names,
+  // 7 duplicate names), or 0.
+  static int Front(const Texts& lines) {
+    Lines(lines);
     if (editNWB() < 0 || Errors() > 0) return 1;
     if (StartEnd10W() < 0 || Errors() > 0) return 2;
     if (StartEnd20NW() < 0 || Errors() > 0) return 3;
-    for (int i = 0; i < b->GetPrgKazuInFile(); ++i) {
-      StartEndNW(i);
-      CutCommentNW(i);
-    }
+    for (int i = 0; i < PrgKazu(); ++i) StartEndNW(i), CutCommentNW(i);
     if (Errors() != 0) return 4;
-    return 0;
+    IsAnySrcOutsideStartEndNW();
+    if (Errors() != 0) return 5;
+    for (int i = 0; i < PrgKazu(); ++i) CkPrgNameNW(i);
+    if (Errors() != 0) return 6;
+    return CkPrgNameDoubleNW() < 0 || Errors() != 0 ? 7 : 0;
   }
 
-  size_t Count(const std::string& needle) const {
-    size_t n = 0;
-    for (size_t p = out.find(needle); p != std::string::npos; p = out.find(needle, p + needle.size())) ++n;
-    return n;
+  void Check(const std::vector<Row>& rows) {
+    for (const Row& r : rows) {
+      for (int lang : {1, 0}) {
+        if (!lang && r.ja.empty()) continue;
+        SCOPED_TRACE(lang ? r.en : r.ja);
+        Fresh(lang);
+        EXPECT_EQ(std::max(r.call(), -1), r.ret);
+        EXPECT_EQ(lang || out.find(r.ja) == std::string::npos ? out : r.ja, lang ? r.en : r.ja);
+        EXPECT_EQ(Errors(), r.errors);
+        EXPECT_EQ(Warnings(), r.warnings);
+        EXPECT_EQ(LogCodes(), r.codes);
+      }
+    }
   }
 };
 

@@ -1,532 +1,222 @@
-// START/END pairing and program names: every finding with its words, its
-// prefix and line, and its counter; the gates between the stages.
-#include <random>
-#include <unordered_map>
-
-#include "lines/scanner.h"
+// The front stages (empty source, START/END pairing, program names): every
+// finding with its words, prefix, line and counter, and the gate it stops
+// at; then the checks that run later in the pass.
 #include "source_fixture.h"
 #include "structure/structure.h"
 
 namespace {
 
-using srctest::Fixture;
+using namespace srctest;
 
-class Structure : public Fixture {
- protected:
-  void Run(const std::vector<std::u16string>& lines) {
-    Lines(lines);
-    stopped = Pair();
-  }
-  int stopped = 0;
-};
+class Structure : public Fixture {};
 
-// ---------------------------------------------------------------------------
-// StartEnd10W
-
-TEST_F(Structure, NoStartAtAll) {
-  Run({u" LD GR1,A", u" END"});
-  EXPECT_EQ(stopped, 2);
-  EXPECT_EQ(out, "Error : START description is not found anywhere. \nSTART assembler instruction is expected. \n");
-  EXPECT_EQ(b->ErrorKazu, 1);
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"736BEBA8"}));
-  SetLang(0);
-  out.clear();
-  ResetBasicData();
-  b->ZeroCounters();
-  Run({u" RET"});
-  EXPECT_EQ(out, "エラー： START アセンブラ命令 が どこにもない。\n");
+// Programs of the given START lines, each with RET and END.
+Texts Progs(std::initializer_list<std::u16string> starts) {
+  Texts l;
+  for (const auto& s : starts) l.insert(l.end(), {s, u" RET", u" END"});
+  return l;
 }
 
-TEST_F(Structure, NoEndAtAllAndEndBeforeStart) {
-  Run({u"P START", u" RET"});
-  EXPECT_EQ(stopped, 2);
-  EXPECT_EQ(out, "Error : END description is not found anywhere. \nEND assembler instruction is expected. \n");
-  EXPECT_EQ(b->ErrorKazu, 1);
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"6A5BB571"}));
-  out.clear();
-  b->ErrorKazu = 0;
-  msgLog->ClearMsgLog();
-  Run({u" NOP", u" END", u"P START", u" RET"});
-  EXPECT_EQ(stopped, 2);
-  EXPECT_EQ(out, "Error : line 3: END is expected to be followed after START. \n");
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"64DEC562"}));
-  SetLang(0);
-  out.clear();
-  StartEnd10W();
-  EXPECT_EQ(out, "エラー： 3 行目： START アセンブラ命令 の後の行に END アセンブラ命令が必要。\n");
+const std::string kOne = "There is one program found in it.\n", kTwo = "There are 2 programs found in it.\n";
+const std::string kNoRet =
+    "The 1st program: \nThere is not any RET opcode at all there. \nIt may run out of control. \n"
+    "It may go into an infinite loop. \nIs this your intention? \nIf not, you should add the code. \n"
+    "Note: A space is expected at the both sides of RET. \n";
+const std::string kStartMissing = "Error : START is not found anywhere.\nA space is expected at the left side of the START. \n";
+const std::string kBetween =
+    "There are some unknown string between two programs. \nThere are some unknown string between END and START. \n"
+    "It should be deleted. Or a comment mark(;) \nis expected at the left side of the description.\n";
+const std::string kNoLabel = "Error : line 1: There does not exist any label which is identical with an address constant of the ";
+
+TEST_F(Structure, EveryFindingOfTheFrontStages) {
+  auto Fr = [](Texts t) { return [t] { return Front(t); }; };
+  Check({
+    {Fr({u"; only", u"  ", u"\t; comment"}), 1, 1, 0, "Error: The source code is empty.  The assembler is ready to go!\n",
+     {"E4E4B0A1"}, "エラー：　アセンブラは準備完了、 ソースコードの記述がない。 \n"},
+    {Fr({u" LD GR1,A", u" END"}), 2, 1, 0,
+     "Error : START description is not found anywhere. \nSTART assembler instruction is expected. \n", {"736BEBA8"},
+     "エラー： START アセンブラ命令 が どこにもない。\n"},
+    {Fr({u"P START", u" RET"}), 2, 1, 0, "Error : END description is not found anywhere. \nEND assembler instruction is expected. \n",
+     {"6A5BB571"}, "エラー： END アセンブラ命令 が どこにもない。\n"},
+    {Fr({u" NOP", u" END", u"P START", u" RET"}), 2, 1, 0, "Error : line 3: END is expected to be followed after START. \n",
+     {"64DEC562"}, "エラー： 3 行目： START アセンブラ命令 の後の行に END アセンブラ命令が必要。\n"},
+    // The rough search finds RESTART and SEND; the exact one does not.
+    {Fr({u"X RESTART", u" SEND"}), 3, 1, 0, kStartMissing, {"86F18976"}},
+    {Fr({u"MAIN\u3000START", u" RET", u" END"}), 3, 1, 0, kStartMissing, {"86F18976"},
+     "エラー： START アセンブラ命令 が どこにもない。 \nSTART の左に空白が必要です\n"},
+    {Fr({u" START", u" RET", u" END"}), 3, 1, 0,
+     "Error : line 1: A label name is expected at the left side \nof START assembler instruction. \n" + kOne,
+     {"86F18976", "1A02E43A"}, "エラー： 1 行目： START アセンブラ命令の左にラベルが必要です。 \n"},
+    // END missing; CkEnd_LR_W counts its reason and records nothing.
+    {Fr({u"P START", u" RET", u"\u3000END"}), 3, 2, 0,
+     "Error : END is not found anywhere. \nThe END instruction defines the end of a program.\n"
+     "A space is expected at the left side of the END. \n There is a 2-byte space at the right side of END instruction. \n"
+     "The 2-byte space is not allowed for use in CASL2. \nIt should be replaced with a 1-byte space, or deleted. \n",
+     {"BD76EE3C"}, "エラー： 3 行目： END の文字はある。けれども、  ENDの右に全角の空白がある。 全角の空白文字は使えない。　\n"},
+    {Fr({u"P START", u" RET", u"E END"}), 3, 1, 0,
+     "Error : line 3: There is a label at the left side of the END \nassembler instruction. \nIt is of no use. \n" + kOne,
+     {"DC4C4237", "1A02E43A"}, "エラー： 3 行目： END アセンブラ命令の左にラベルがある。 \n"},
+    {Fr({u"A START", u" RET", u"B START", u" RET", u" END;"}), 3, 2, 0,
+     "Error : (START > END): The program is not correctly closed. \nThe number of START assembler instructions is \n"
+     "different from that of END's. \nThey should be the same. \nThere are 2 START assembler instructions in t.txt. \n"
+     "There are 1 END assembler instructions in t.txt. \n A space is expected at the right side of END instruction. \n"
+     "(Spce. 2.1 (4) in a case of Without operand. \n",
+     {"DC4C4237"},
+     "エラー： 5 行目： END の文字はある。けれども、  END の右に１個以上の空白が必要です。 \n"
+     "' END;'はエラー、' END' または 'END 'と記述する。 \n"},
+    // An END in a comment counts.
+    {Fr({u"P START", u" RET", u" END", u" NOP ; END"}), 3, 1, 0,
+     "Error : (START < END): The program is not correctly closed.\nThere is a differece \nbetween START and END in number.\n"
+     "They should be the same in a program. \nThere are 1 START assembler instructions in t.txt. \n"
+     "There are 2 END assembler instructions in t.txt. \n",
+     {"BBBC4237"}, "エラー： (START < END): プログラムが正しく閉じていない。 \n"},
+    {Fr({u" END", u"P START", u" RET", u"Q START", u" RET", u" END"}), 3, 1, 0,
+     "Error : line 1: START and END are out of order. \nSTART should be followed by END. \n", {"2036036E"},
+     "エラー： 1 行目： START と END アセンブラ命令 が逆順です。 \n"},
+    {Fr({u"P START", u"Q START", u" RET", u" END", u" END"}), 3, 1, 0,
+     "Error : line 4: START and END are out of order. \nSTART should be followed by END.\n", {"EA1C875B"}, ""},
+    // Clean: comments, blank lines, RET in a comment, " RET;", text behind the last END.
+    {Fr({u"; head", u"P START", u" NOP ; RET", u" END", u"", u"Q START", u" RET;", u" END", u"tail text"}), 0, 0, 0, kTwo,
+     {"1A02E43A"}, "  2 個のプログラムがある。 \n"},
+    // Only the first program without RET, as line "index + 1" and always the "1st".
+    {Fr({u"P START", u" RET", u" END", u"Q START", u" NOP", u" END", u"R START", u" NOP ;RET", u" END"}), 0, 0, 1,
+     "There are 3 programs found in it.\nWarning : line 2: " + kNoRet, {"1A02E43A", "F76DCB31"},
+     "警告： 2 行目： 1 番目のプログラム： \nRET 命令が一つもない。 暴走の可能性が大きい。 \n"},
+    {Fr({u" START", u" RET", u" END", u"Q START", u" RET", u"E END", u"R START", u" RET", u" END"}), 4, 2, 0,
+     "There are 3 programs found in it.\nError : line 1: A label is expected at the left side \n"
+     "of the START assembler instruction. \nError : line 6:  \"E END\" There is a label at the left side \n"
+     "of the END assembler instruction. \nIt is of no use. \n",
+     {"1A02E43A", "86F18976", "99CC18976"},
+     "エラー： 6 行目：  \"E END\" END アセンブラ命令の左にラベルがある。 \nEND アセンブラ命令の左のラベルは\n"
+     "不要です。（CASL2 の仕様） \n"},
+    // The first line with text between two programs only.
+    {Fr({u"P START", u" RET", u" END", u"", u"; fine", u"  JUNK  ", u"MORE", u"Q START", u" RET", u" END"}), 5, 1, 0,
+     kTwo + "Error : line 6:  \"JUNK\" : " + kBetween, {"1A02E43A", "DDDD036E"},
+     "エラー： 6 行目：  \"JUNK\" プログラムとプログラムの間にソースコードがある。\n"},
+    {Fr({u"P START", u" RET", u" END", u"\u3000", u"Q START", u" RET", u" END"}), 5, 1, 0,
+     kTwo + "Error : line 4:  \"\u3000\" : " + kBetween +
+         "It is not a 1-byte space, but a 2-byte one.  \nA 2-byte space is not allowed for use in CASL2. \n",
+     {"1A02E43A", "DDDD036E"},
+     "それは「全角の空白」文字である。\n「全角の空白」文字は、コメントの中を除き、\nCASL2では使うことができない。 \n"},
+    // Program names: a bad character at position 2, then the small letter.
+    {Fr(Progs({u"Abc START"})), 6, 2, 0,
+     kOne + "Error :  \"Abc\" line 1: There is non-alpha-numeral character in the label of  \"Abc\" . \n"
+            "Error : line 1: There is a small letter in the label. \nA small letter is not allowed in a lebel of casl2. \n",
+     {"1A02E43A", "FFAB036E", "EEAB036E"},
+     "エラー：  \"Abc\" 1 行目： ラベル  \"Abc\"  の第 2 文字目に英大文字、 数字 以外の文字が使われている。 \n"
+     "エラー： 1 行目： ラベル  \"Abc\"  の第 1 文字目に英小文字が使われている。 英小文字は使えない。 \n"},
+    {Fr(Progs({u"abc START"})), 6, 1, 0,
+     kOne + "Error : line 1: The first letter of a label must be a capital alphabetical letter. \n"
+            "A numeral is not allowed to be used as the first letter of a label. \n",
+     {"1A02E43A", "CCAB036E"}, "エラー： 1 行目： ラベルの先頭文字は英大文字であること。 先頭文字に数字は使えない。\n"},
+    {Fr(Progs({u"ABCDEFGHI START"})), 6, 1, 0,
+     kOne + "Error :  \"ABCDEFGHI\" line 1: A label must be 1 to 8 characters in length. \n"
+            "Label:  \"ABCDEFGHI\" : There are 9 letters in it. \n",
+     {"1A02E43A", "DDAB036E"},
+     "エラー：  \"ABCDEFGHI\" 1 行目： ラベル の長さは８文字までの制限（仕様）がある。。 \n \"ABCDEFGHI\" : 9 文字ある。\n"},
+    {Fr(Progs({u"ABCDEFGH START", u"GR0 START"})), 6, 1, 0,
+     kTwo + "Error : line 4: The reserved words(GR0-GR7) are not allowed in a label. \n", {"1A02E43A", "77AB036E"},
+     "エラー： 4 行目： ラベルに予約語(GR0 - GR7) は使えない。\n"},
+    {Fr(Progs({u"A\u3000B START"})), 6, 2, 0,
+     kOne + "Error : line 1:  \"A\u3000B\" : There is a 2-byte space in the word. A 2-byte space is not allowed to be "
+            "used in casl2. A 2-byte space should be replaced with 1-byte space.  Remove off the 2-byte space in the word. \n"
+            "Error :  \"A\u3000B\" line 1: There is non-alpha-numeral character in the label of  \"A\u3000B\" . \n",
+     {"1A02E43A", "0801EEC3", "FFAB036E"}, ""},
+    // Every equal pair, in the order of the pairs.
+    {Fr(Progs({u"A START", u"B START", u"A START", u"A START"})), 7, 3, 0,
+     "There are 4 programs found in it.\n"
+     "Error :  \"A\"  is already defined. Duplication of the program name. \nProgram 1, line 1 and Program 3, line 7.\n"
+     "Their names must be unique each other. \n"
+     "Error :  \"A\"  is already defined. Duplication of the program name. \nProgram 1, line 1 and Program 4, line 10.\n"
+     "Their names must be unique each other. \n"
+     "Error :  \"A\"  is already defined. Duplication of the program name. \nProgram 3, line 7 and Program 4, line 10.\n"
+     "Their names must be unique each other. \n",
+     {"1A02E43A", "DBDB036E", "DBDB036E", "DBDB036E"},
+     "エラー： プログラム名の重複：  \"A\"  が二つある。 \nプログラム1 と プログラム3 の名前 \n1 行目 と 7 行目にある。\n"},  });
 }
 
-TEST_F(Structure, RoughSearchIsAPlainSubstringSearch) {
-  // RESTART and SEND pass the rough test; the exact test then finds no START.
-  Run({u"X RESTART", u" SEND"});
-  EXPECT_EQ(stopped, 3);
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"86F18976"}));
+TEST_F(Structure, FindingsOfTheLaterChecks) {
+  // On a file that passed the front stages, with the messages of those gone.
+  auto On = [this](Texts t, std::function<int()> f) {
+    return [=, this] {
+      EXPECT_EQ(Front(t), 0);
+      out.clear();
+      msgLog->ClearMsgLog();
+      return f();
+    };
+  };
+  const Texts two = Progs({u"P START", u"Q START"});
+  Check({
+      // A START line without a name, which the pairing stages already refuse.
+      {On(Progs({u"P START"}), [] { b->vecSrcW[0].editStr = u" START"; return CkPrgNameNW(0); }), -1, 1, 0,
+       "Error : line 1: A label is expected at the left side of the START assembler instruction. \n", {"EEEE036E"},
+       "エラー： 1 行目： START アセンブラ命令の左にラベルが必要です。\n"},
+      // The reason for a missing START: counted, printed, not recorded.
+      {[] { Lines({u" NOP", u"X START;"}), editNWB(); return CkSTART_LR_W(); }, 1, 1, 0,
+       " A space is expected at the right side of START instruction. \n(Spce. 2.1 (4) in a case of Without operand. \n", {}},
+      {[] { Lines({u"Y START\u3000", u"\u3000START"}), editNWB(); return DetSTARTatZenKakuSpaceW() * 10 + DetENDatZenKakuSpaceW(); },
+       10, 1, 0,
+       " There is a 2-byte space at the right side of START instruction. \nThe 2-byte space is not allowed for use in "
+       "CASL2. \nIt should be replaced with a 1-byte space, or deleted. \n", {}},
+      // The first program is never warned of.
+      {On(Progs({u"P START", u"Q START", u"R START"}), [] { b->vecPrgW[2].prgUsed = 1; return CkPrgNameInUseNW(); }), 0, 0, 1,
+       "Warning : line 4: A program of the \"Q\" is never executed, becasue it is not called by any other program. \n",
+       {"1A76F6FF"}, "警告： 4 行目： プログラム Q は他のプログラムから呼び出しがなく一度も実行されない。 \n"},
+      {On(two, [] { return CkStartAdrOperandNW(0, u"NOWHERE", 0); }), -1, 1, 0, kNoLabel + " \"NOWHERE\" . \n", {"5A7D036E"},
+       "エラー： 1 行目： アドレス定数  \"NOWHERE\"  と一致するラベルが存在しない。\n"},
+      {On(two, [] { return CkStartAdrOperandNW(0, u"A-B", 0); }), -1, 2, 0,
+       "Error : line 1: There is a non-alphanumeric letter in the address constant of  \"A-B\" . \n"
+       "The address constant should be written in capital alphanumeric letters. \n" + kNoLabel + " \"A-B\" . \n", {"5A7B036E", "5A7D036E"},
+       "エラー： 1 行目：  \"A-B\"  アドレス定数に英大文字と数字以外の文字がある。\n"},
+      {On(two, [] { return CkStartAdrOperandNW(0, u"ABCDEFGHI", 0); }), -1, 1, 0,
+       "Error : line 1: An address constant must be 1 to 8 characters in length. \n", {"5A7C036E"},
+       "エラー： 1 行目：  \"ABCDEFGHI\"  アドレス定数は８文字以内。9 文字ある。\n"},
+  });
 }
 
-// ---------------------------------------------------------------------------
-// StartEnd20NW
-
-TEST_F(Structure, StartMissingWhenATwoByteSpaceStandsBeforeIt) {
-  Run({u"MAIN\u3000START", u" RET", u" END"});
-  EXPECT_EQ(stopped, 3);
-  EXPECT_EQ(out, "Error : START is not found anywhere.\nA space is expected at the left side of the START. \n");
-  EXPECT_EQ(StartEnd20NW(), -1);
-  SetLang(0);
-  out.clear();
-  StartEnd20NW();
-  EXPECT_EQ(out, "エラー： START アセンブラ命令 が どこにもない。 \nSTART の左に空白が必要です\n");
-}
-
-TEST_F(Structure, StartWithoutLabelGoesOnToTheCountLine) {
-  Run({u" START", u" RET", u" END"});
-  EXPECT_EQ(stopped, 3);
-  EXPECT_EQ(out,
-            "Error : line 1: A label name is expected at the left side \nof START assembler instruction. \n"
-            "There is one program found in it.\n");
-  EXPECT_EQ(b->ErrorKazu, 1);
-  EXPECT_EQ(b->GetPrgKazuInFile(), 1);
-}
-
-TEST_F(Structure, EndMissingAndTheTwoByteSpaceInFrontOfEnd) {
-  Run({u"P START", u" RET", u"\u3000END"});
-  EXPECT_EQ(stopped, 3);
-  EXPECT_EQ(out,
-            "Error : END is not found anywhere. \nThe END instruction defines the end of a program.\n"
-            "A space is expected at the left side of the END. \n"
-            " There is a 2-byte space at the right side of END instruction. \n"
-            "The 2-byte space is not allowed for use in CASL2. \n"
-            "It should be replaced with a 1-byte space, or deleted. \n");
-  EXPECT_EQ(b->ErrorKazu, 2);  // CkEnd_LR_W counts and makes no record
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"BD76EE3C"}));
-  SetLang(0);
-  out.clear();
-  EXPECT_EQ(StartEnd20NW(), -3);
-  EXPECT_NE(out.find("エラー： 3 行目： END の文字はある。けれども、  ENDの右に全角の空白がある。 全角の空白文字は使えない。　\n"),
-            std::string::npos)
-      << out;
-}
-
-TEST_F(Structure, EndWithLabel) {
-  Run({u"P START", u" RET", u"E END"});
-  EXPECT_EQ(stopped, 3);
-  EXPECT_EQ(out,
-            "Error : line 3: There is a label at the left side of the END \nassembler instruction. \nIt is of no "
-            "use. \nThere is one program found in it.\n");
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"DC4C4237", "1A02E43A"}));
-}
-
-TEST_F(Structure, MoreStartsThanEndsWithTheSemicolonForm) {
-  fileData->LastSrcFile = "two.txt";
-  Run({u"A START", u" RET", u"B START", u" RET", u" END;"});
-  EXPECT_EQ(stopped, 3);
-  EXPECT_EQ(out,
-            "Error : (START > END): The program is not correctly closed. \n"
-            "The number of START assembler instructions is \ndifferent from that of END's. \nThey should be the same. \n"
-            "There are 2 START assembler instructions in two.txt. \n"
-            "There are 1 END assembler instructions in two.txt. \n"
-            " A space is expected at the right side of END instruction. \n"
-            "(Spce. 2.1 (4) in a case of Without operand. \n");
-  EXPECT_EQ(b->ErrorKazu, 2);
-  EXPECT_EQ(StartEnd20NW(), -4);
-  SetLang(0);
-  out.clear();
-  StartEnd20NW();
-  EXPECT_NE(out.find("エラー： (START > END): プログラムが正しく閉じていない。\n"), std::string::npos) << out;
-  EXPECT_NE(out.find("START アセンブラ命令 が ファイル(two.txt ) の中に全部で 2 個ある。 \n"), std::string::npos);
-  EXPECT_NE(out.find("エラー： 5 行目： END の文字はある。けれども、  END の右に１個以上の空白が必要です。 \n"
-                     "' END;'はエラー、' END' または 'END 'と記述する。 \n"),
-            std::string::npos)
-      << out;
-}
-
-TEST_F(Structure, FewerStartsThanEndsFromAnEndInAComment) {
-  Run({u"P START", u" RET", u" END", u" NOP ; END"});
-  EXPECT_EQ(stopped, 3);
-  EXPECT_EQ(out,
-            "Error : (START < END): The program is not correctly closed.\nThere is a differece \n"
-            "between START and END in number.\nThey should be the same in a program. \n"
-            "There are 1 START assembler instructions in t.txt. \nThere are 2 END assembler instructions in t.txt. \n");
-  EXPECT_EQ(StartEnd20NW(), -5);
-  EXPECT_EQ(Codes()[0], "BBBC4237");
-}
-
-TEST_F(Structure, OutOfOrderBothSteps) {
-  Run({u" END", u"P START", u" RET", u"Q START", u" RET", u" END"});
-  EXPECT_EQ(stopped, 3);
-  EXPECT_EQ(out, "Error : line 1: START and END are out of order. \nSTART should be followed by END. \n");
-  EXPECT_EQ(StartEnd20NW(), -6);
-  out.clear();
-  msgLog->ClearMsgLog();
-  Lines({u"P START", u"Q START", u" RET", u" END", u" END"});
-  editNWB();
-  EXPECT_EQ(StartEnd20NW(), -7);
-  EXPECT_EQ(out, "Error : line 4: START and END are out of order. \nSTART should be followed by END.\n");
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"EA1C875B"}));
-  SetLang(0);
-  out.clear();
-  StartEnd20NW();
-  EXPECT_EQ(out, "エラー： 4 行目： START と END アセンブラ命令 が逆順です。 \n");
-}
-
-TEST_F(Structure, CountLineAndRecords) {
-  Run({u"; head", u"P START", u" RET", u" END", u"", u"Q START", u" RET ; back", u" END", u"tail text"});
-  EXPECT_EQ(stopped, 0);
-  EXPECT_EQ(out, "There are 2 programs found in it.\n");
-  EXPECT_EQ(Errors() + Warnings(), 0);
-  EXPECT_EQ(b->NoteKazu + b->MemoKazu + b->spareKazu1, 0);
+TEST_F(Structure, RecordsOfACleanFile) {
+  EXPECT_EQ(Front({u"; head", u"MAIN1 START", u" RET ; back", u" END", u"", u"SUB\tSTART", u" RET", u" END"}), 0);
   ASSERT_EQ(b->vecPrgW.size(), 2u);
-  EXPECT_EQ(b->vecPrgW[1].prgFirstLine, 5);
-  EXPECT_EQ(b->vecPrgW[1].prgEndLine, 7);
-  EXPECT_EQ(b->vecSrcW[6].prgNr, 1);
-  EXPECT_EQ(b->vecSrcW[3].prgNr, 0);
-  EXPECT_EQ(b->vecSrcW[6].editSaveStr, u" RET ; back");  // saved before the comments went
-  EXPECT_EQ(b->vecSrcW[6].editStr, u" RET ");
-  EXPECT_EQ(IsAnySrcOutsideStartEndNW(), 0);  // text behind the last END is not looked at
-  SetLang(0);
-  out.clear();
-  StartEnd20NW();
-  EXPECT_EQ(out, "  2 個のプログラムがある。 \n");
-}
-
-TEST_F(Structure, NoRetWarningWithItsOddities) {
-  // Only the first program without RET is reported; the line number is the
-  // program index plus 1 and the program is always the "1st".
-  Run({u"P START", u" RET", u" END", u"Q START", u" NOP", u" END", u"R START", u" NOP", u" END"});
-  EXPECT_EQ(stopped, 0);
-  EXPECT_EQ(out,
-            "There are 3 programs found in it.\n"
-            "Warning : line 2: The 1st program: \nThere is not any RET opcode at all there. \n"
-            "It may run out of control. \nIt may go into an infinite loop. \nIs this your intention? \n"
-            "If not, you should add the code. \nNote: A space is expected at the both sides of RET. \n");
-  EXPECT_EQ(b->WarningKazu, 1);
-  EXPECT_EQ(Errors(), 0);
-  EXPECT_EQ(msgLog->WideLog.back().code, "F76DCB31");
+  EXPECT_EQ(b->vecPrgW[1].prgFirstLine * 10 + b->vecPrgW[1].prgEndLine, 57);
+  EXPECT_EQ(b->vecSrcW[6].prgNr * 10 + b->vecSrcW[2].prgNr, 10);
+  EXPECT_EQ(b->vecSrcW[2].editSaveStr, u" RET ; back");  // saved before the comments went
+  EXPECT_EQ(b->vecSrcW[2].editStr, u" RET ");
+  EXPECT_EQ(b->vecPrgW[0].PrgName + b->vecPrgW[1].PrgName + b->vecSrcW[5].labelStr, u"MAIN1SUBSUB");
+  EXPECT_EQ(msgLog->WideLog[0].kind, 0);  // the count line is counted nowhere
+  Fresh();
+  Front({u"P START", u" NOP", u" END"});
   EXPECT_EQ(msgLog->WideLog.back().kind, 200);
-  SetLang(0);
-  ResetBasicData();
-  out.clear();
-  Run({u"P START", u" NOP", u" END"});
-  EXPECT_NE(out.find("警告： 1 行目： 1 番目のプログラム： \nRET 命令が一つもない。 暴走の可能性が大きい。 \n"), std::string::npos)
-      << out;
+  Fresh();
+  Front(Progs({u"Abc START"}));  // a name that fails is not stored
+  EXPECT_EQ(b->vecPrgW[0].PrgName, u"");
+  EXPECT_EQ(msgLog->WideLog.back().kind, 100);
 }
 
-TEST_F(Structure, RetFormsAnywhereOnTheLine) {
-  Run({u"P START", u" NOP ; RET", u" END", u"Q START", u" RET;", u" END"});
-  EXPECT_EQ(stopped, 0);
-  EXPECT_EQ(Warnings(), 0);
-  ResetBasicData();
-  Run({u"P START", u" NOP ;RET", u" END"});  // no blank or tab in front: no RET
-  EXPECT_EQ(Warnings(), 1);
-}
-
-TEST_F(Structure, ReasonsForAMissingWordLookAtTheFirstLineWithAForm) {
-  Lines({u" NOP", u"X START;", u"Y START\u3000", u"\u3000START"});
-  editNWB();
-  EXPECT_EQ(CkSTART_LR_W(), 1);
-  EXPECT_EQ(out, " A space is expected at the right side of START instruction. \n(Spce. 2.1 (4) in a case of Without operand. \n");
-  EXPECT_EQ(DetSTARTatZenKakuSpaceW(), 1);
-  EXPECT_EQ(b->ErrorKazu, 2);
-  EXPECT_TRUE(msgLog->WideLog.empty());  // counted, not recorded
-  out.clear();
-  Lines({u" NOP"});
-  editNWB();
-  EXPECT_EQ(CkSTART_LR_W() + DetSTARTatZenKakuSpaceW() + CkEnd_LR_W(), 0);
-  EXPECT_EQ(DetENDatZenKakuSpaceW(), 0);  // the fixed line table is empty in this mode
-  EXPECT_EQ(out, "");
-}
-
-// ---------------------------------------------------------------------------
-// StartEndNW and the text between programs
-
-TEST_F(Structure, StartEndNWOnEachProgram) {
-  Run({u" START", u" RET", u" END", u"Q START", u" RET", u"E END", u"R START", u" RET", u" END"});
-  EXPECT_EQ(stopped, 4);
-  EXPECT_EQ(out,
-            "There are 3 programs found in it.\n"
-            "Error : line 1: A label is expected at the left side \nof the START assembler instruction. \n"
-            "Error : line 6:  \"E END\" There is a label at the left side \nof the END assembler instruction. \n"
-            "It is of no use. \n");
-  EXPECT_EQ(b->ErrorKazu, 2);
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"1A02E43A", "86F18976", "99CC18976"}));
-  EXPECT_EQ(b->vecSrcW[7].prgNr, 2);
-  SetLang(0);
-  out.clear();
-  StartEndNW(1);
-  EXPECT_EQ(out,
-            "エラー： 6 行目：  \"E END\" END アセンブラ命令の左にラベルがある。 \nEND アセンブラ命令の左のラベルは\n"
-            "不要です。（CASL2 の仕様） \n");
-}
-
-TEST_F(Structure, TextBetweenPrograms) {
-  Run({u"P START", u" RET", u" END", u"", u"; fine", u"  JUNK  ", u"MORE", u"Q START", u" RET", u" END"});
-  ASSERT_EQ(stopped, 0);
-  out.clear();
-  EXPECT_LT(IsAnySrcOutsideStartEndNW(), 0);
-  EXPECT_EQ(out,
-            "Error : line 6:  \"JUNK\" : There are some unknown string between two programs. \n"
-            "There are some unknown string between END and START. \nIt should be deleted. Or a comment mark(;) \n"
-            "is expected at the left side of the description.\n");
-  EXPECT_EQ(b->ErrorKazu, 1);  // the first such line only
-  EXPECT_EQ(Codes().back(), "DDDD036E");
-}
-
-TEST_F(Structure, TwoByteSpaceBetweenProgramsGivesTheLongForm) {
-  Run({u"P START", u" RET", u" END", u"\u3000", u"Q START", u" RET", u" END"});
-  ASSERT_EQ(stopped, 0);
-  out.clear();
-  IsAnySrcOutsideStartEndNW();
-  EXPECT_EQ(out,
-            "Error : line 4:  \"\u3000\" : There are some unknown string between two programs. \n"
-            "There are some unknown string between END and START. \nIt should be deleted. Or a comment mark(;) \n"
-            "is expected at the left side of the description.\nIt is not a 1-byte space, but a 2-byte one.  \n"
-            "A 2-byte space is not allowed for use in CASL2. \n");
-  SetLang(0);
-  out.clear();
-  IsAnySrcOutsideStartEndNW();
-  EXPECT_NE(out.find("エラー： 4 行目：  \"\u3000\" プログラムとプログラムの間にソースコードがある。\n"), std::string::npos);
-  EXPECT_NE(out.find("それは「全角の空白」文字である。\n「全角の空白」文字は、コメントの中を除き、\nCASL2では使うことができない。 \n"),
-            std::string::npos);
-}
-
-// ---------------------------------------------------------------------------
-// Program names
-
-class StructurePrgName : public Structure {
- protected:
-  void Names(const std::vector<std::u16string>& starts) {
-    std::vector<std::u16string> l;
-    for (const auto& s : starts) {
-      l.push_back(s);
-      l.push_back(u" RET");
-      l.push_back(u" END");
-    }
-    Run(l);
-    ASSERT_EQ(stopped, 0) << out;
-    out.clear();
-    msgLog->ClearMsgLog();
-  }
-};
-
-TEST_F(StructurePrgName, GoodNameIsStored) {
-  Names({u"MAIN1 START", u"SUB\tSTART"});
-  EXPECT_EQ(CkPrgNameNW(0), 0);
-  EXPECT_EQ(CkPrgNameNW(1), 0);
-  EXPECT_EQ(b->vecPrgW[0].PrgName, u"MAIN1");
-  EXPECT_EQ(b->vecSrcW[0].labelStr, u"MAIN1");
-  EXPECT_EQ(b->vecPrgW[1].PrgName, u"SUB");
-  EXPECT_EQ(out, "");
-  EXPECT_EQ(CkPrgNameDoubleNW(), 0);
-}
-
-TEST_F(StructurePrgName, BadCharacterThenSmallLetter) {
-  Names({u"Abc START"});
-  EXPECT_LT(CkPrgNameNW(0), 0);
-  EXPECT_EQ(out,
-            "Error :  \"Abc\" line 1: There is non-alpha-numeral character in the label of  \"Abc\" . \n"
-            "Error : line 1: There is a small letter in the label. \nA small letter is not allowed in a lebel of casl2. \n");
-  EXPECT_EQ(b->ErrorKazu, 2);
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"FFAB036E", "EEAB036E"}));
-  EXPECT_EQ(b->vecPrgW[0].PrgName, u"");  // not stored
-  SetLang(0);
-  out.clear();
-  CkPrgNameNW(0);
-  EXPECT_EQ(out,
-            "エラー：  \"Abc\" 1 行目： ラベル  \"Abc\"  の第 2 文字目に英大文字、 数字 以外の文字が使われている。 \n"
-            "エラー： 1 行目： ラベル  \"Abc\"  の第 1 文字目に英小文字が使われている。 英小文字は使えない。 \n");
-}
-
-TEST_F(StructurePrgName, FirstLetterOnly) {
-  Names({u"abc START"});
-  CkPrgNameNW(0);
-  EXPECT_EQ(out,
-            "Error : line 1: The first letter of a label must be a capital alphabetical letter. \n"
-            "A numeral is not allowed to be used as the first letter of a label. \n");
-  EXPECT_EQ(b->ErrorKazu, 1);
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"CCAB036E"}));
-  SetLang(0);
-  out.clear();
-  CkPrgNameNW(0);
-  EXPECT_EQ(out, "エラー： 1 行目： ラベルの先頭文字は英大文字であること。 先頭文字に数字は使えない。\n");
-}
-
-TEST_F(StructurePrgName, TooLongAndReserved) {
-  Names({u"ABCDEFGHI START", u"GR0 START", u"ABCDEFGH START"});
-  CkPrgNameNW(0);
-  EXPECT_EQ(out,
-            "Error :  \"ABCDEFGHI\" line 1: A label must be 1 to 8 characters in length. \n"
-            "Label:  \"ABCDEFGHI\" : There are 9 letters in it. \n");
-  out.clear();
-  CkPrgNameNW(1);
-  EXPECT_EQ(out, "Error : line 4: The reserved words(GR0-GR7) are not allowed in a label. \n");
-  out.clear();
-  EXPECT_EQ(CkPrgNameNW(2), 0);  // 8 characters pass
-  EXPECT_EQ(b->ErrorKazu, 2);
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"DDAB036E", "77AB036E"}));
-  SetLang(0);
-  out.clear();
-  CkPrgNameNW(0);
-  CkPrgNameNW(1);
-  EXPECT_EQ(out,
-            "エラー：  \"ABCDEFGHI\" 1 行目： ラベル の長さは８文字までの制限（仕様）がある。。 \n"
-            " \"ABCDEFGHI\" : 9 文字ある。\n"
-            "エラー： 4 行目： ラベルに予約語(GR0 - GR7) は使えない。\n");
-}
-
-TEST_F(StructurePrgName, TwoByteSpaceInTheName) {
-  Names({u"A\u3000B START"});
-  CkPrgNameNW(0);
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"0801EEC3", "FFAB036E"}));
-  EXPECT_EQ(Errors(), 2);
-}
-
-TEST_F(StructurePrgName, NoName) {
-  Names({u"P START"});
-  b->vecSrcW[0].editStr = u" START";
-  CkPrgNameNW(0);
-  EXPECT_EQ(out, "Error : line 1: A label is expected at the left side of the START assembler instruction. \n");
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"EEEE036E"}));
-  SetLang(0);
-  out.clear();
-  CkPrgNameNW(0);
-  EXPECT_EQ(out, "エラー： 1 行目： START アセンブラ命令の左にラベルが必要です。\n");
-}
-
-TEST_F(StructurePrgName, SameNameEveryPair) {
-  Names({u"A START", u"B START", u"A START", u"A START"});
-  for (int i = 0; i < 4; ++i) CkPrgNameNW(i);
-  EXPECT_LT(CkPrgNameDoubleNW(), 0);
-  EXPECT_EQ(b->ErrorKazu, 3);
-  EXPECT_EQ(out.substr(0, out.find("Error", 5)),
-            "Error :  \"A\"  is already defined. Duplication of the program name. \n"
-            "Program 1, line 1 and Program 3, line 7.\nTheir names must be unique each other. \n");
-  EXPECT_NE(out.find("Program 1, line 1 and Program 4, line 10."), std::string::npos);
-  EXPECT_NE(out.find("Program 3, line 7 and Program 4, line 10."), std::string::npos);
-  EXPECT_LT(out.find("Program 1, line 1 and Program 4"), out.find("Program 3, line 7 and"));
-  EXPECT_EQ(msgLog->WideLog[0].line, 0);
-  EXPECT_EQ(msgLog->WideLog[0].code, "DBDB036E");
-  SetLang(0);
-  out.clear();
-  msgLog->ClearMsgLog();
-  CkPrgNameDoubleNW();
-  EXPECT_EQ(out.substr(0, out.find("エラー", 5)),
-            "エラー： プログラム名の重複：  \"A\"  が二つある。 \nプログラム1 と プログラム3 の名前 \n1 行目 と 7 行目にある。\n");
-}
-
-TEST_F(StructurePrgName, SameNameAnswersAsTheSearchOverAllPairs) {
-  std::mt19937 rng(7);
-  for (int round = 0; round < 20; ++round) {
-    ResetBasicData();
-    msgLog->ClearMsgLog();
-    int n = 2 + static_cast<int>(rng() % 30);
-    for (int k = 0; k < n; ++k) {
-      b->vecPrgW.emplace_back();
-      b->vecPrgW.back().PrgName = std::u16string(1, static_cast<char16_t>(u'A' + rng() % 5));
-      b->vecPrgW.back().prgFirstLine = k * 3;
-    }
-    std::vector<std::pair<int, int>> expected;
-    for (int i = 0; i < n; ++i)
-      for (int j = i + 1; j < n; ++j)
-        if (b->vecPrgW[i].PrgName == b->vecPrgW[j].PrgName) expected.emplace_back(i, j);
-    out.clear();
-    CkPrgNameDoubleNW();
-    std::string want;
-    for (auto [i, j] : expected)
-      want += "Program " + std::to_string(i + 1) + ", line " + std::to_string(i * 3 + 1) + " and Program " +
-              std::to_string(j + 1) + ", line " + std::to_string(j * 3 + 1) + ".\n";
-    std::string got;
-    for (size_t p = out.find("Program "); p != std::string::npos; p = out.find("Program ", out.find('\n', p))) {
-      got += out.substr(p, out.find('\n', p) - p + 1);
-    }
-    EXPECT_EQ(got, want);
-  }
-}
-
-TEST_F(StructurePrgName, ProgramNeverCalled) {
-  Names({u"P START", u"Q START", u"R START"});
-  for (int i = 0; i < 3; ++i) CkPrgNameNW(i);
-  b->vecPrgW[2].prgUsed = 1;
-  out.clear();
-  CkPrgNameInUseNW();
-  EXPECT_EQ(out,
-            "Warning : line 4: A program of the \"Q\" is never executed, becasue it is not called by any other "
-            "program. \n");
-  EXPECT_EQ(b->WarningKazu, 1);
-  EXPECT_EQ(Codes(), (std::vector<std::string>{"1A76F6FF"}));
-  SetLang(0);
-  out.clear();
-  CkPrgNameInUseNW();
-  EXPECT_EQ(out, "警告： 4 行目： プログラム Q は他のプログラムから呼び出しがなく一度も実行されない。 \n");
-}
-
-// ---------------------------------------------------------------------------
-// The operand of START
-
-TEST_F(StructurePrgName, StartOperandWords) {
-  Names({u"P START LOOP", u"Q START"});
-  CkPrgNameNW(0);
-  CkPrgNameNW(1);
+TEST_F(Structure, StartOperandWords) {
+  ASSERT_EQ(Front(Progs({u"P START LOOP", u"Q START"})), 0);
   b->vecSrcW[1].labelStr = u"LOOP";
-  b->vecSrcW[1].rlAdr = 3;
-  b->vecSrcW[1].abAdr = 3;
+  b->vecSrcW[1].rlAdr = b->vecSrcW[1].abAdr = 3;
   SrcLineW& s = b->vecSrcW[0];
   EXPECT_EQ(CkStartAdrOperandNW(0, u"LOOP", 0), 0);
-  EXPECT_EQ(s.word_kazu, 2);
-  EXPECT_EQ(s.first_word, 0x6400);
-  EXPECT_EQ(s.second_word, 3);
+  EXPECT_EQ(std::vector<int>({s.word_kazu, s.first_word, s.second_word, b->vecSrcW[1].labelUsed}),
+            std::vector<int>({2, 0x6400, 3, 1}));
   ASSERT_EQ(s.vecWord.size(), 2u);
-  EXPECT_EQ(s.vecWord[0].wordNote, u"START");
-  EXPECT_EQ(s.vecWord[1].wordNote, u"An operand of START");
-  EXPECT_EQ(b->vecSrcW[1].labelUsed, 1);
-  // Another program's name.
+  EXPECT_EQ(s.vecWord[0].wordNote + u"/" + s.vecWord[1].wordNote, u"START/An operand of START");
+  // Another program's name, placed by the link.
   EXPECT_EQ(CkStartAdrOperandNW(0, u"Q", 0), 0);
-  EXPECT_EQ(b->vecPrgW[1].prgUsed, 1);
-  EXPECT_EQ(b->vecSrcW[3].labelUsed, 1);
-  EXPECT_EQ(s.word_kazu, 2);
-  b->vecSrcW[3].abAdr = 9;  // once the link has given Q its place
+  EXPECT_EQ(b->vecPrgW[1].prgUsed + b->vecSrcW[3].labelUsed, 2);
+  b->vecSrcW[3].abAdr = 9;
   CkStartAdrOperandNW(0, u"Q", 0);
-  EXPECT_EQ(s.second_word, 9);
-  EXPECT_EQ(s.vecWord[1].wordCode, 9);
+  EXPECT_EQ(s.second_word + s.vecWord[1].wordCode, 18);
   // No operand.
   EXPECT_EQ(CkStartAdrOperandNW(1, u"", 3), 0);
   EXPECT_EQ(b->vecSrcW[3].word_kazu, 1);
   ASSERT_EQ(b->vecSrcW[3].vecWord.size(), 1u);
   EXPECT_EQ(b->vecSrcW[3].vecWord[0].wordNote, u"An Operand of START");
-  EXPECT_EQ(out, "");
-}
-
-TEST_F(StructurePrgName, StartOperandFindings) {
-  Names({u"P START", u"Q START"});
-  CkPrgNameNW(0);
-  CkPrgNameNW(1);
-  EXPECT_LT(CkStartAdrOperandNW(0, u"NOWHERE", 0), 0);
-  EXPECT_EQ(out,
-            "Error : line 1: There does not exist any label which is identical with an address constant of the  "
-            "\"NOWHERE\" . \n");
-  EXPECT_EQ(cs->ErrorKazu, 1);
-  out.clear();
-  EXPECT_LT(CkStartAdrOperandNW(0, u"A-B", 0), 0);  // bad character, then no such label
-  EXPECT_EQ(out,
-            "Error : line 1: There is a non-alphanumeric letter in the address constant of  \"A-B\" . \n"
-            "The address constant should be written in capital alphanumeric letters. \n"
-            "Error : line 1: There does not exist any label which is identical with an address constant of the  "
-            "\"A-B\" . \n");
-  out.clear();
-  EXPECT_LT(CkStartAdrOperandNW(0, u"ABCDEFGHI", 0), 0);
-  EXPECT_EQ(out, "Error : line 1: An address constant must be 1 to 8 characters in length. \n");
-  EXPECT_EQ(cs->ErrorKazu, 4);
-  SetLang(0);
-  out.clear();
-  CkStartAdrOperandNW(0, u"ABCDEFGHI", 0);
-  CkStartAdrOperandNW(0, u"X", 0);
-  EXPECT_EQ(out,
-            "エラー： 1 行目：  \"ABCDEFGHI\"  アドレス定数は８文字以内。9 文字ある。\n"
-            "エラー： 1 行目： アドレス定数  \"X\"  と一致するラベルが存在しない。\n");
-  // A new set of programs with the same count: the names are found afresh.
-  ResetBasicData();
-  cs->ZeroCounters();
-  Names({u"R START", u"S START"});
-  CkPrgNameNW(0);
-  CkPrgNameNW(1);
+  EXPECT_EQ(Errors(), 0);
+  // A new set of programs of the same count: the names are found afresh.
+  Fresh();
+  ASSERT_EQ(Front(Progs({u"R START", u"S START"})), 0);
   EXPECT_EQ(CkStartAdrOperandNW(0, u"S", 0), 0);
   EXPECT_EQ(b->vecPrgW[1].prgUsed, 1);
 }
