@@ -1,5 +1,5 @@
 // File names typed at the console: trimming, normalising, the existence test
-// and the reader that tries the extensions.
+// and the readers that try the extensions.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -13,116 +13,64 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Captured {
+TEST(ShellFilename, TrimAndNorm) {
+  struct Row { std::string (*fn)(std::string_view); const char *in, *out; } rows[] = {
+      {TrimFilenameStr, "  src/a.txt\t ", "src/a.txt"}, {TrimFilenameStr, "@src/a@", "src/a"},
+      {TrimFilenameStr, "\xE3\x80\x80 src/a \xE3\x80\x80", "src/a"}, {TrimFilenameStr, "my file", "my file"},
+      {TrimFilenameStr, " \t@\xE3\x80\x80", ""}, {TrimFilenameStr, "", ""},
+      {TrimFilenameStr, "\xE3\x81\x82.txt", "\xE3\x81\x82.txt"},  // same lead byte, no wide space
+      {TrimFilenameStr, "a\xE3\x80", "a\xE3\x80"},                // half a wide space
+      {NormFilenameStr, "", ""}, {NormFilenameStr, " src\\pn1000.txt ", "src/pn1000.txt"},
+      {NormFilenameStr, "a\\\\b\\c", "a//b/c"}, {NormFilenameStr, "my file.txt", "\"my file.txt\""},
+      {NormFilenameStr, "mail@home", "\"mail@home\""},
+      {NormFilenameStr, "a\xE3\x80\x80" "b", "\"a\xE3\x80\x80" "b\""}, {SlashFilenameStr, "src\\pn1000", "src/pn1000"},
+  };
+  for (const Row& r : rows) EXPECT_EQ(r.fn(r.in), r.out) << r.in;
+}
+
+TEST(ShellFilename, ExistenceAndTheReaders) {
+  std::string t = (fs::temp_directory_path() / "drillasm-fn-XXXXXX").string();
+  const std::string d = std::string(mkdtemp(t.data())) + "/";
+  for (const char* f : {"src/prog.txt", "src/bare", "src/only.asl", "src/pile.txt.asl", "my prog.txt"}) {
+    fs::create_directories(fs::path(d + f).parent_path());
+    std::ofstream(d + f) << "x\n";
+  }
+  EXPECT_TRUE(FileExistsStr("  " + d + "src/prog.txt "));
+  for (const std::string& no : {d + "src", d + "src/none.txt", std::string(), d + "my prog.txt"})
+    EXPECT_FALSE(FileExistsStr(no)) << no;  // a folder, none, empty, quoted for the blank
+
   std::string out;
-  Captured() { con::SetCapture(&out); }
-  ~Captured() { con::SetCapture(nullptr); }
-};
-
-class ScratchDir {
- public:
-  ScratchDir() {
-    std::string t = (fs::temp_directory_path() / "drillasm-fn-XXXXXX").string();
-    dir_ = mkdtemp(t.data());
-  }
-  ~ScratchDir() {
-    std::error_code ec;
-    fs::remove_all(dir_, ec);
-  }
-  std::string Put(const std::string& rel, const std::string& text = "x\n") {
-    fs::path p = fs::path(dir_) / rel;
-    fs::create_directories(p.parent_path());
-    std::ofstream(p) << text;
-    return p.string();
-  }
-  std::string Path(const std::string& rel) const { return (fs::path(dir_) / rel).string(); }
-
- private:
-  std::string dir_;
-};
-
-TEST(ShellFilename, TrimRemovesBlanksTabsAtSignsAndWideSpaceAtBothEnds) {
-  EXPECT_EQ(TrimFilenameStr("  src/a.txt\t "), "src/a.txt");
-  EXPECT_EQ(TrimFilenameStr("@src/a@"), "src/a");
-  EXPECT_EQ(TrimFilenameStr("\xE3\x80\x80 src/a \xE3\x80\x80"), "src/a");
-  EXPECT_EQ(TrimFilenameStr("my file"), "my file");
-  EXPECT_EQ(TrimFilenameStr(" \t@\xE3\x80\x80"), "");
-  EXPECT_EQ(TrimFilenameStr(""), "");
-  // Other characters of the same lead byte stay.
-  EXPECT_EQ(TrimFilenameStr("\xE3\x81\x82.txt"), "\xE3\x81\x82.txt");
-  // Half a wide space is no wide space.
-  EXPECT_EQ(TrimFilenameStr("a\xE3\x80"), "a\xE3\x80");
-}
-
-TEST(ShellFilename, NormTurnsBackslashesAndQuotesNamesWithBlanks) {
-  EXPECT_EQ(NormFilenameStr(""), "");
-  EXPECT_EQ(NormFilenameStr(" src\\pn1000.txt "), "src/pn1000.txt");
-  EXPECT_EQ(NormFilenameStr("a\\\\b\\c"), "a//b/c");
-  EXPECT_EQ(NormFilenameStr("my file.txt"), "\"my file.txt\"");
-  EXPECT_EQ(NormFilenameStr("mail@home"), "\"mail@home\"");
-  EXPECT_EQ(NormFilenameStr("a\xE3\x80\x80" "b"), "\"a\xE3\x80\x80" "b\"");
-  EXPECT_EQ(SlashFilenameStr("src\\pn1000"), "src/pn1000");
-}
-
-TEST(ShellFilename, FileExistsOnlyForFilesThatOpen) {
-  ScratchDir d;
-  std::string f = d.Put("src/prog.txt");
-  EXPECT_TRUE(FileExistsStr(f));
-  EXPECT_TRUE(FileExistsStr("  " + f + " "));
-  EXPECT_FALSE(FileExistsStr(d.Path("src")));  // a folder
-  EXPECT_FALSE(FileExistsStr(d.Path("src/none.txt")));
-  EXPECT_FALSE(FileExistsStr(""));
-  // A name with a blank is quoted before the test, so it does not open.
-  std::string spaced = d.Put("my prog.txt");
-  EXPECT_FALSE(FileExistsStr(spaced));
-}
-
-TEST(ShellFilename, ReaderTriesTheExtensionsAndRecordsTheFile) {
-  ScratchDir d;
-  d.Put("src/prog.txt");
-  d.Put("src/bare");
-  Captured c;
+  con::SetCapture(&out);
   fileData->SetLangBoth(1);
-
-  con::SetInputForTest("\n  " + d.Path("src/prog") + "  \n");
-  std::string got = GetFilenameWithExtStr();
-  EXPECT_EQ(got, d.Path("src/prog.txt"));
-  EXPECT_EQ(fileData->LastSrcFile, got);
-  EXPECT_EQ(fileData->LastSrcFileW, Utf8ToU16(got));
-  EXPECT_EQ(c.out, "");
-
-  con::SetInputForTest(d.Path("src/bare") + "\n");
-  EXPECT_EQ(GetFilenameWithExtStr(), d.Path("src/bare"));
-
-  // The extensions pile up: "x.asl" alone is never tried.
-  d.Put("src/only.asl");
-  con::SetInputForTest(d.Path("src/only") + "\n");
-  EXPECT_EQ(GetFilenameWithExtStr(), "");
-  con::Flush();
-  EXPECT_EQ(c.out, "The file is not found there. *");
-  EXPECT_EQ(fileData->LastSrcFile, d.Path("src/bare"));  // the last good one stays
-  d.Put("src/pile.txt.asl");
-  con::SetInputForTest(d.Path("src/pile") + "\n");
-  EXPECT_EQ(GetFilenameWithExtStr(), d.Path("src/pile.txt.asl"));
-
-  c.out.clear();
+  // name typed -> file found ("" when none); the extensions pile up
+  for (auto [in, found] : {std::pair{"\n  " + d + "src/prog  \n", d + "src/prog.txt"},
+                           {d + "src/bare\n", d + "src/bare"}, {d + "src/only\n", std::string()},
+                           {d + "src/pile\n", d + "src/pile.txt.asl"}}) {
+    con::SetInputForTest(in);
+    EXPECT_EQ(GetFilenameWithExtStr(), found) << in;
+    con::Flush();
+  }
+  EXPECT_EQ(out, "The file is not found there. *");
+  EXPECT_EQ(fileData->LastSrcFile, d + "src/pile.txt.asl");
+  EXPECT_EQ(fileData->LastSrcFileW, Utf8ToU16(d + "src/pile.txt.asl"));
+  out.clear();
   fileData->SetLangBoth(0);
-  con::SetInputForTest(d.Path("nothing") + "\n");
+  con::SetInputForTest(d + "nothing\n");
   EXPECT_EQ(GetFilenameWithExtStr(), "");
-  EXPECT_EQ(c.out, "ファイルが見つかりませんでした。\n");
+  EXPECT_EQ(out, "ファイルが見つかりませんでした。\n");
+  EXPECT_EQ(fileData->LastSrcFile, d + "src/pile.txt.asl");  // the last good one stays
   fileData->SetLangBoth(1);
-}
 
-TEST(ShellFilename, FolderReaderAndEndOfInput) {
-  Captured c;
+  out.clear();
   con::SetInputForTest("  src\\example  \n\n");
   EXPECT_EQ(GetFilenameStrA_TPO(), "src/example");
   EXPECT_EQ(GetFilenameStrA_TPO(), "");
-  EXPECT_EQ(c.out, "No Input Error!\n");
-  // The end of a piped input ends the program at a prompt.
-  EXPECT_THROW(GetFilenameStrA_TPO(), con::InputEnded);
+  EXPECT_EQ(out, "No Input Error!\n");
+  EXPECT_THROW(GetFilenameStrA_TPO(), con::InputEnded);  // the end of a piped input
   con::SetInputForTest("   \n\n");
   EXPECT_THROW(GetFilenameWithExtStr(), con::InputEnded);
+  con::SetCapture(nullptr);
+  fs::remove_all(d);
 }
 
 }  // namespace

@@ -165,8 +165,9 @@ void WriteSettings(const std::string& path) {
   if (b->BusyModeIndex < 0 || b->BusyModeIndex > 1) b->BusyModeIndex = 0;
   t.put("Mode.SimpleTitleIndex", b->SimpleTitleIndex);
   t.put("Mode.BusyModeIndex", b->BusyModeIndex);
-  // The silent flag is a truth value, written as 0 or 1.
-  t.put("Mode.SilentModeIndex", fileData->SilentFlag != 0 ? 1 : 0);
+  // The silent flag is written as a truth value ("false"/"true"); the reader
+  // takes integers only, so the value read back is left as it was.
+  t.put("Mode.SilentModeIndex", fileData->SilentFlag != 0);
   t.put("Editor.TextEditorIndex", fileData->TextEditorIndex);
   t.put("Editor.TextEditorPath1", fileData->TextEditorPath[1]);
   t.put("Editor.TextEditorPath2", fileData->TextEditorPath[2]);
