@@ -95,7 +95,7 @@ TEST_F(ConstantsDcDsTest, DcKindsAndTheCutComment) {
   EXPECT_EQ(OprndAtDC_NWCS(*cs, 99), -1);  // no such line: reported, no crash
 }
 
-// DS operand texts; v = the word count.
+// DS operand texts; v = the word count and the words reserved.
 TEST_F(ConstantsDcDsTest, DsMessages) {
   const std::string stack =
       "More than 65035 words cannot be reserved, because 500 words has been prereserved for Stack Area in comet2. \n";
@@ -120,28 +120,18 @@ TEST_F(ConstantsDcDsTest, DsMessages) {
          J + "DS 命令 の 右に オペランド（10 進定数）の記述がない。 \n", "DS10036E"}},
        [&](const Case& r) {
          int i = Run(u"DS", r.in);
-         if (r.v != kAny) { EXPECT_EQ(L(i).word_kazu, r.v); }
+         if (r.v != kAny) { EXPECT_EQ(std::tuple(L(i).word_kazu, L(i).vecWord.size()), std::tuple(r.v, size_t(r.v))); }
        });
 }
 
-TEST_F(ConstantsDcDsTest, DsReservesItsWords) {
+TEST_F(ConstantsDcDsTest, DsWordsAndAConversionThatStopsEarly) {
   Captured c;
-  int z = Run(u"DS", u"0"), five = Run(u"DS", u"+5"), cm = Run(u"DS", u"7 words for the table");
-  int big = Run(u"DS", u"65035"), huge = Run(u"DS", u"65536");
-  EXPECT_TRUE(L(z).vecWord.empty());
-  EXPECT_EQ(L(five).oprndCount, 1);
-  ASSERT_EQ(L(five).vecWord.size(), 5u);
-  EXPECT_EQ(L(five).vecWord[4].wordNote, u"DS");
-  EXPECT_EQ(L(five).vecWord[4].wordCode, 0);
-  EXPECT_EQ(L(five).oprnd1Str, u"+5");
-  EXPECT_EQ(L(big).vecWord.size(), 65035u);
+  int five = Run(u"DS", u"+5"), cm = Run(u"DS", u"7 words for the table");
+  EXPECT_EQ(std::tuple(L(five).oprndCount, L(five).oprnd1Str, L(five).vecWord.at(4).wordNote, L(five).vecWord[4].wordCode),
+            std::tuple(1, u"+5", u"DS", 0));
   EXPECT_EQ(L(cm).commentStr + u"|" + L(cm).oprnd2ChH, u"words for the table|words for the table");
-  EXPECT_TRUE(L(huge).vecWord.empty());
-  c.out.clear();
-  int bad = Run(u"DS", u"5+3");  // a conversion that stops early is a fault that stops the pass
-  EXPECT_EQ(c.out, "Prg. Error: Fail to wcstol(); buf=5+3\n");
-  EXPECT_EQ(cs->ErrorKazu, 2);
-  EXPECT_EQ(L(bad).word_kazu, 0);
+  int bad = Run(u"DS", u"5+3");  // a fault that stops the pass
+  EXPECT_EQ(std::tuple(c.out, cs->ErrorKazu, L(bad).word_kazu), std::tuple("Prg. Error: Fail to wcstol(); buf=5+3\n", 1, 0));
 }
 
 }  // namespace opdtest

@@ -1,13 +1,11 @@
-// Test helper of the operand-data tests: line and program records filled the
-// way the earlier passes leave them, the output captured, the counters and
-// the message log reset, and one runner for tables of messages.
+// Test helper of the operand-data tests: records filled the way the earlier
+// passes leave them, the output captured, and one runner for message tables.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "constants/constants.h"
 #include "operands/adr_const.h"
@@ -39,23 +37,18 @@ struct Case {
 };
 
 // "A|B|C" -> {"A", "B", "C"}.
-inline std::vector<std::u16string> Fields(const std::u16string& s) {
-  std::vector<std::u16string> v(1);
-  for (char16_t ch : s) {
-    if (ch == u'|') v.emplace_back();
-    else v.back().push_back(ch);
-  }
+inline std::vector<std::u16string> Fields(std::u16string s) {
+  std::vector<std::u16string> v;
+  for (size_t k; (k = s.find(u'|')) != s.npos; s.erase(0, k + 1)) v.push_back(s.substr(0, k));
+  v.push_back(s);
   return v;
 }
 
 // Lines of `out` that start with one of the two heads.
-inline int Heads(const std::string& out, std::string_view en, std::string_view ja) {
+inline int Heads(const std::string& out, const std::string& en, const std::string& ja) {
   int n = 0;
-  for (size_t k = 0; k < out.size(); k = out.find('\n', k) + 1) {
-    std::string_view rest = std::string_view(out).substr(k);
-    n += rest.starts_with(en) || rest.starts_with(ja);
-    if (out.find('\n', k) == std::string::npos) break;
-  }
+  for (size_t k = 0; k < out.size(); k = std::min(out.find('\n', k), out.size()) + 1)
+    n += !out.compare(k, en.size(), en) || !out.compare(k, ja.size(), ja);
   return n;
 }
 
@@ -95,8 +88,7 @@ class OpdTest : public ::testing::Test {
       }
     }
   }
-  // A line as the splitter leaves it: label, opcode, slots (with their
-  // commas), word count and first word.
+  // A line as the splitter leaves it: slots with their commas, word count, first word.
   int Line(const std::u16string& label, const std::u16string& op, std::vector<std::u16string> slots = {},
            int wk = 0, int fw = 0) {
     SrcLineW ln;

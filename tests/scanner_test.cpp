@@ -9,11 +9,12 @@ using namespace srctest;
 
 class Scanner : public Fixture {
  protected:
-  // One program, paired and stripped of its comments, its messages gone.
-  void Prog(const Texts& lines) {
-    ASSERT_EQ(Front(lines), 0) << out;
-    out.clear();
-    msgLog->ClearMsgLog();
+  // A program of DC lines whose operand text is already the given text.
+  void Ops(const Texts& ops) {
+    Texts l(ops.size() + 3, u" DC 5");
+    l.front() = u"PRG START", l[ops.size() + 1] = u" RET", l.back() = u" END";
+    Prog(l);
+    for (size_t i = 0; i < ops.size(); ++i) L(i + 1).editStr = ops[i];
   }
   static SrcLineW& L(int i) { return b->vecSrcW[i]; }
 };
@@ -24,9 +25,7 @@ TEST_F(Scanner, EditNWBTidiesEveryLine) {
   // Blanks only: emptied as read too; a comment line keeps its comment only;
   // one leading tab stays, two blanks become one; U+3000 is no blank.
   EXPECT_EQ(F(&SrcLineW::editStr), (Texts{u"", u"", u"LBL  LD GR1,A", u"\tRET", u" NOP", u"X\u3000\u3000", u"\u3000", u""}));
-  EXPECT_EQ(L(0).rawStr, u"");
-  EXPECT_EQ(L(1).rawStr, u"  ; a comment  ");
-  EXPECT_EQ(L(1).commentStr, u"; a comment");
+  EXPECT_EQ(L(0).rawStr + u"|" + L(1).rawStr + u"|" + L(1).commentStr, u"|  ; a comment  |; a comment");
   EXPECT_EQ(Errors() + out.size(), 0u);
 }
 
@@ -43,35 +42,25 @@ TEST_F(Scanner, CommentsAndFields) {
   EXPECT_EQ(F(&SrcLineW::opStr), (Texts{u"START", u"DC", u"DC", u"LD", u"NOP", u"DC", u"RET", u"END"}));
   EXPECT_EQ(F(&SrcLineW::oprndComStr),
             (Texts{u"", u"'A;B' ", u"'it''s;' ", u"GR1, A", u"", u"''';'", u"", u";e"}));
-  EXPECT_EQ(L(3).afterLabelStr, u"LD\tGR1, A");
-  EXPECT_EQ(L(3).oprndComChH, u"GR1, A");
-}
-
-TEST_F(Scanner, CutOprndComSkipsDCAndCopyToEdit) {
-  Prog({u"PRG START", u" LD GR1,A", u" DC 'A'", u" RET", u" END"});
-  TakeOutLabelStrNW(0);
-  L(1).oprndComStr = u"GR1,A ;c1";
-  L(2).oprndComStr = u"'A;B' ;c2";
-  L(3).oprndComStr = u";c3";
+  EXPECT_EQ(L(3).afterLabelStr + u"|" + L(3).oprndComChH, u"LD\tGR1, A|GR1, A");
+  // CutOprndComNW moves a comment to its field, but not on a DC line.
+  L(1).oprndComStr = u"'A;B' ;c2", L(3).oprndComStr = u"GR1,A ;c1", L(6).oprndComStr = u";c3";
   CutOprndComNW(0);
-  EXPECT_EQ(F(&SrcLineW::oprndComStr), (Texts{u"", u"GR1,A ", u"'A;B' ;c2", u"", u""}));
-  EXPECT_EQ(F(&SrcLineW::commentStr), (Texts{u"", u";c1", u"", u";c3", u""}));
+  EXPECT_EQ(F(&SrcLineW::oprndComStr), (Texts{u"", u"'A;B' ;c2", u"'it''s;' ", u"GR1,A ", u"", u"''';'", u"", u";e"}));
+  EXPECT_EQ(F(&SrcLineW::commentStr), (Texts{u"", u"", u"", u";c1", u"", u"", u";c3", u""}));
   EXPECT_TRUE(IsCutOprndComOp(u"START") && !IsCutOprndComOp(u"DC") && !IsCutOprndComOp(u"ld"));
   CopyOprndComToEditNW(0);
-  EXPECT_EQ(L(1).editStr, u"GR1,A ");
+  EXPECT_EQ(L(3).editStr, u"GR1,A ");
 }
 
 TEST_F(Scanner, SignsAndTheLastCommentCut) {
-  Prog({u"PRG START", u" DC 5", u" DC 5", u" DC 5", u" DC 5", u" RET", u" END"});
-  const Texts in = {u"GR1,= 5", u"GR1,=  ", u"'x= 1'", u"'+ ' #1"};
-  for (int i = 0; i < 4; ++i) L(i + 1).editStr = in[i];
+  Ops({u"GR1,= 5", u"GR1,=  ", u"'x= 1'", u"'+ ' #1"});
   EXPECT_EQ(edit30cNW(0), 0);
   EXPECT_EQ(edit50NW(0), 0);  // a sign behind the first apostrophe is not looked at
   EXPECT_EQ(F(&SrcLineW::editStr), (Texts{u"PRG START", u"GR1,=5", u"GR1,", u"'x= 1'", u"'+ ' #1", u" RET", u" END"}));
   // DivideCommentNW: before any apostrophe; behind a closed string; not with
   // two semicolons behind the last apostrophe, nor with a ";" inside.
-  const Texts in2 = {u"5 ;C", u"'AB' ;C", u"'A' ;C;D", u"'A;B' ;C"};
-  for (int i = 0; i < 4; ++i) L(i + 1).editStr = in2[i];
+  Ops({u"5 ;C", u"'AB' ;C", u"'A' ;C;D", u"'A;B' ;C"});
   DivideCommentNW(0);
   EXPECT_EQ(F(&SrcLineW::editStr), (Texts{u"PRG START", u"5 ", u"'AB' ", u"'A' ;C;D", u"'A;B' ;C", u" RET", u" END"}));
   EXPECT_EQ(F(&SrcLineW::commentStr), (Texts{u"", u";C", u";C", u"", u"", u"", u""}));
@@ -94,17 +83,11 @@ TEST_F(Scanner, EveryMessage) {
                           "This might have caused an error for all your intention. \n";
   auto longLines = [=, this] { Prog({u"PRG START", u" DC " + op226, u" DC " + op226, u" RET", u" END"}); };
   Check({
-      {[this] { Prog({u"PRG START", u" LD GR1,=- 5", u" LD GR2,=+\t5", u" RET", u" END"});
-                L(1).editStr = u"GR1,=- 5", L(2).editStr = u"GR2,=+\t5";
-                return edit30cNW(0); },
-       -1, 1, 0,  // the pass ends at the first
+      {[this] { Ops({u"GR1,=- 5", u"GR2,=+\t5"}); return edit30cNW(0); }, -1, 1, 0,  // the pass ends at the first
        "Error : line 2:  \"GR1,=- 5\" : There is a space just after =+, =-, or =#. \n"
        "Remove off the space at the right side of the literal figure. \n", {"3C30E0D1"},
        "エラー： 2 行目：  \"GR1,=- 5\" : =+, =-, =# 記号の直後に空白がある。\n記号の直後、数字の直前にある空白を取り除くこと。\n"},
-      {[this] { Prog({u"PRG START", u" LAD GR1,5", u" DC '+ '", u" LAD GR1,+ 5", u" RET", u" END"});
-                L(1).editStr = u"GR1,5", L(2).editStr = u"'+ '", L(3).editStr = u"GR1,+\t5";
-                return edit50NW(0); },
-       -1, 1, 0,
+      {[this] { Ops({u"GR1,5", u"'+ '", u"GR1,+\t5"}); return edit50NW(0); }, -1, 1, 0,
        "Error : line 4:  \"GR1,+\t5\" : There is a space just after +, -, or #. \nRemove off the space at the left side of the figure.\n",
        {"3C50E0D1"},
        "エラー： 4 行目：  \"GR1,+\t5\" : +, -, # 記号の直後に空白がある。\n記号の直後、数字の直前にある空白を取り除くこと。\n"},

@@ -30,12 +30,11 @@ TEST(SourceE2e, TheSameProgramInEveryEncodingAssembles) {
   for (const auto& [bytes, name] : cases) {
     e2e::RunResult r = Assemble({{"p.txt", bytes}});
     EXPECT_TRUE(Has(r, "* Reading p.txt   " + name + "\n\nThere is one program found in it.\n")) << r.out;
-    EXPECT_TRUE(Has(r, "Successfully Assembled! ") && !Has(r, "Error")) << r.out;
-    EXPECT_EQ(r.files.count("aaAssembledRegMry.txt"), 1u) << name;
+    EXPECT_TRUE(Has(r, "Successfully Assembled! ") && !Has(r, "Error") && r.files.count("aaAssembledRegMry.txt")) << r.out;
   }
 }
 
-TEST(SourceE2e, AnErrorOfOneStageHidesTheNextStages) {
+TEST(SourceE2e, AnErrorOfOneStageHidesTheNextStagesButWarningsPass) {
   // No END: the bad name and the bad register are never looked at.
   e2e::RunResult r = Assemble({{"p.txt", "abc START\n LD GR9,A\n RET\n"}});
   EXPECT_TRUE(Has(r, "Error : END description is not found anywhere. \nEND assembler instruction is expected. \n"));
@@ -48,37 +47,22 @@ TEST(SourceE2e, AnErrorOfOneStageHidesTheNextStages) {
   EXPECT_TRUE(Has(r, "There are 2 errors to be corrected. ") && !Has(r, "GR9")) << r.out;
   // In Japanese, with the count of the summary.
   r = Assemble({{"p.txt", "A START\n RET\nB START\n RET\n END;\n"}}, {"p.txt"}, 0);
-  EXPECT_TRUE(Has(r, "\n'p.txt'    sjis")) << r.out;
-  EXPECT_TRUE(Has(r, "エラー： (START > END): プログラムが正しく閉じていない。\n")) << r.out;
+  EXPECT_TRUE(Has(r, "\n'p.txt'    sjis") && Has(r, "エラー： (START > END): プログラムが正しく閉じていない。\n")) << r.out;
   EXPECT_TRUE(Has(r, "エラー： 5 行目： END の文字はある。けれども、  END の右に１個以上の空白が必要です。 \n")) << r.out;
   EXPECT_TRUE(Has(r, " 2 個の エラー があるので修正が必要です。 \n")) << r.out;
-  // Text between programs, behind a clean pairing stage.
-  r = Assemble({{"p.txt", "P START\n RET\n END\n  JUNK\nQ START\n RET\n END\n"}});
-  EXPECT_TRUE(Has(r, "There are 2 programs found in it.\nError : line 4:  \"JUNK\" : There are some unknown")) << r.out;
-  EXPECT_TRUE(Has(r, "There is 1 error to be corrected. ")) << r.out;
-}
-
-TEST(SourceE2e, WarningsPassTheGates) {
   // No RET, and a second program that nothing calls; 2 in the warnings menu
-  // goes back without a run. A START operand naming Q would call it.
-  e2e::RunResult r = Assemble({{"p.txt", "P START\n NOP\n END\nQ START\n RET\n END\n"}}, {"p.txt"}, 1, "\n2\n");
+  // goes back without a run.
+  r = Assemble({{"p.txt", "P START\n NOP\n END\nQ START\n RET\n END\n"}}, {"p.txt"}, 1, "\n2\n");
   EXPECT_TRUE(Has(r, "Warning : line 1: The 1st program: \nThere is not any RET opcode at all there. \n")) << r.out;
   EXPECT_TRUE(Has(r, "Warning : line 4: A program of the \"Q\" is never executed, becasue it is not called by any "
                      "other program. \n")) << r.out;
   EXPECT_TRUE(Has(r, "2 warnings: \n") && Has(r, "Successfully Assembled! ")) << r.out;
-  r = Assemble({{"p.txt", "P START Q\n RET\n END\nQ START\n RET\n END\n"}});
-  EXPECT_TRUE(Has(r, "Successfully Assembled! ") && !Has(r, "is never executed")) << r.out;
 }
 
-TEST(SourceE2e, DetectionKeepsTheMarkAndCodePageOfTheLastFile) {
-  // After a file with a UTF-8 mark, an unmarked UTF-8 file loses the first
-  // 3 bytes of its first line ("XYZQ" becomes the name "Q").
-  e2e::RunResult r = Assemble({{"bom.txt", "\xEF\xBB\xBFP START\n RET\n END\n"},
-                               {"u.txt", "XYZQ START\n RET\n END\n; \xE3\x82\xA2\n"}}, {"bom.txt", "u.txt"});
-  EXPECT_EQ(e2e::count_occurrences(r.out, "Successfully Assembled! "), 2u) << r.out;
+TEST(SourceE2e, TheShortTitleKeepsTheCodePageOfTheLastFile) {
   // The short title skips the census: the code page of the last file holds,
   // and a file of one byte goes through the UTF-16 reader with no source.
-  r = Assemble({{"le.txt", srctest::Utf16(u"P START\r\n RET\r\n END")}, {"bin.txt", "A"}}, {"le.txt", "bin.txt"}, 0, "",
+  e2e::RunResult r = Assemble({{"le.txt", srctest::Utf16(u"P START\r\n RET\r\n END")}, {"bin.txt", "A"}}, {"le.txt", "bin.txt"}, 0, "",
                1);
   EXPECT_FALSE(Has(r, "MoziKazu")) << r.out;
   EXPECT_TRUE(Has(r, "'le.txt'     を読み込みます。 \n") && Has(r, "'bin.txt'     を読み込みます。 \n")) << r.out;
@@ -92,10 +76,6 @@ TEST(SourceE2e, BadInputNeitherCrashesNorHangs) {
   EXPECT_EQ(e2e::count_occurrences(r.out, "The file is not found there. *"), 2u) << r.out;  // a folder, a missing file
   EXPECT_FALSE(Has(r, "program found")) << r.out;
   EXPECT_TRUE(Has(r, "MoziKazu(ascii, sjis, non)=(")) << r.out;
-  // Invalid UTF-8 and invalid Shift-JIS in a comment.
-  r = Assemble({{"u.txt", "P START\n RET\n; \xC3\x28\xFE\xFF\n END\n"}, {"s.txt", "P START\n RET\n; \x81\x20\x85\x40\n END\n"}},
-               {"u.txt", "s.txt"});
-  EXPECT_EQ(e2e::count_occurrences(r.out, "Successfully Assembled! "), 2u) << r.out;
   // A line of 1 MB: the length warning, then the operand's own finding.
   r = Assemble({{"p.txt", "P START\n LD GR1," + std::string(1 << 20, 'A') + "\n RET\n END\n"}});
   EXPECT_TRUE(Has(r, "Warning: line 2: There are 1048580 characters in the line. ")) << r.out.substr(0, 3000);

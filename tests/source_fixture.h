@@ -4,7 +4,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -13,7 +12,6 @@
 #include "records/console.h"
 #include "records/correct_scode.h"
 #include "records/diag.h"
-#include "records/records.h"
 #include "records/singletons.h"
 #include "records/stages.h"
 
@@ -29,16 +27,9 @@ inline std::string Utf16(const std::u16string& s, bool be = false) {
   return r;
 }
 
-// A call, what it returns (a negative value as -1), the counts it leaves, its
-// whole English output, the codes of its records, and a part of its Japanese
-// output (none: English only).
-struct Row {
-  std::function<int()> call;
-  int ret, errors, warnings;
-  std::string en;
-  Codes codes;
-  std::string ja = "";
-};
+// A call, its result (a negative one as -1), the counts it leaves, its whole English output, the
+// codes of its records, and a part of its Japanese output (none: English only).
+struct Row { std::function<int()> call; int ret, errors, warnings; std::string en; Codes codes; std::string ja = ""; };
 
 class Fixture : public ::testing::Test {
  protected:
@@ -69,7 +60,7 @@ class Fixture : public ::testing::Test {
   void TearDown() override {
     con::SetCapture(nullptr);
     std::error_code ec;
-    if (!dir.empty()) std::filesystem::remove_all(dir, ec);
+    std::filesystem::remove_all(dir, ec);
     Fresh();
   }
 
@@ -81,25 +72,22 @@ class Fixture : public ::testing::Test {
     b->vecSrcW.clear();
     for (const auto& l : lines) b->vecSrcW.emplace_back().rawStr = l;
   }
-  static Texts F(wstr SrcLineW::*field) {
-    Texts r;
-    for (const auto& s : b->vecSrcW) r.push_back(s.*field);
+  // One field of every record.
+  template <class T, class M>
+  static std::vector<M> Map(const std::vector<T>& v, M T::*m) {
+    std::vector<M> r;
+    for (const auto& x : v) r.push_back(x.*m);
     return r;
   }
+  static Texts F(wstr SrcLineW::*field) { return Map(b->vecSrcW, field); }
   static Texts Raw() { return F(&SrcLineW::rawStr); }
-  static Codes LogCodes() {
-    Codes r;
-    for (const auto& m : msgLog->WideLog) r.push_back(m.code);
-    return r;
-  }
+  static Codes LogCodes() { return Map(msgLog->WideLog, &TMsgRec::code); }
   static int Errors() { return b->ErrorKazu + cs->ErrorKazu + fileData->ErrorKazu; }
-  static int Warnings() { return b->WarningKazu + cs->WarningKazu + fileData->WarningKazu; }
   static int PrgKazu() { return std::min<int>(b->GetPrgKazuInFile(), static_cast<int>(b->vecPrgW.size())); }
 
-  // The stages from editNWB to CkPrgNameDoubleNW, gated as the pipeline gates
-  // them. Returns the stage that stopped (1 editNWB, 2 StartEnd10W,
-  // 3 StartEnd20NW, 4 StartEndNW, 5 text between programs, 6 names,
-  // 7 duplicate names), or 0.
+  // editNWB to CkPrgNameDoubleNW, gated as the pipeline gates them: the stage
+  // that stopped (1 editNWB ... 3 StartEnd20NW, 4 StartEndNW, 5 text between
+  // programs, 6 names, 7 duplicate names), or 0.
   static int Front(const Texts& lines) {
     Lines(lines);
     if (editNWB() < 0 || Errors() > 0) return 1;
@@ -113,6 +101,15 @@ class Fixture : public ::testing::Test {
     if (Errors() != 0) return 6;
     return CkPrgNameDoubleNW() < 0 || Errors() != 0 ? 7 : 0;
   }
+  // A file that passes the front stages, their messages gone; and a call on it.
+  void Prog(const Texts& lines) {
+    ASSERT_EQ(Front(lines), 0) << out;
+    out.clear();
+    msgLog->ClearMsgLog();
+  }
+  std::function<int()> On(const Texts& lines, std::function<int()> f) {
+    return [=, this] { return Prog(lines), f(); };
+  }
 
   void Check(const std::vector<Row>& rows) {
     for (const Row& r : rows) {
@@ -123,7 +120,7 @@ class Fixture : public ::testing::Test {
         EXPECT_EQ(std::max(r.call(), -1), r.ret);
         EXPECT_EQ(lang || out.find(r.ja) == std::string::npos ? out : r.ja, lang ? r.en : r.ja);
         EXPECT_EQ(Errors(), r.errors);
-        EXPECT_EQ(Warnings(), r.warnings);
+        EXPECT_EQ(b->WarningKazu + cs->WarningKazu + fileData->WarningKazu, r.warnings);
         EXPECT_EQ(LogCodes(), r.codes);
       }
     }

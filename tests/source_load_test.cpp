@@ -20,123 +20,78 @@ class SourceLoad : public Fixture {
   }
 };
 
-TEST_F(SourceLoad, CensusBannerAndCodeOfEachEncoding) {
-  struct { std::string bytes, census, name; int page, kind; std::string tag; Texts raw; } rows[] = {
-      {"AB C\nD\n", "(7, 0, 0)", "sjis", 932, 0, "", {u"AB C", u"D"}},
-      {"\x82\xA0\\~\n\x83\x41\n", "(4, 2, 0)", "sjis", 932, 0, "", {u"あ\\~", u"ア"}},
-      {"\xE3\x82\xA2X\n", "(2, 1, 1)", "utf-8", 65001, 0, "", {u"アX"}},  // A2 is "non"
-      {"\xEF\xBB\xBFX", "", "utf-8 with bom(EF BB BF)", 65001, 3, "EFBBBF", {u"X"}},
-      {std::string("\xFF\xFEX\0", 4), "", "utf-16 le(FF FE)", 1200, 2, "FFFE", {u"X"}},
-      {std::string("\xFE\xFF\0X", 4), "", "utf-16 be(FE FF)", 1201, 2, "FEFF", {u"X"}},
-  };
-  for (const auto& r : rows) {
-    SCOPED_TRACE(r.name);
-    Fresh();
-    *moziCode = TMoziCode{};
-    std::string p = Write("m.txt", r.bytes), census = "MoziKazu(ascii, sjis, non)=" + r.census + "\n";
-    ASSERT_EQ(Load(p), 0);
-    EXPECT_EQ(out, "\n" + (r.census.empty() ? "" : census) + "\n* Reading " + p + "   " + r.name + "\n\n");
-    EXPECT_EQ(std::to_string(moziCode->codePage) + " " + std::to_string(moziCode->bomKind) + moziCode->bomTag,
-              std::to_string(r.page) + " " + std::to_string(r.kind) + r.tag);
-    EXPECT_EQ(moziCode->codeNameW, Utf8ToU16(r.name));
-    EXPECT_EQ(Raw(), r.raw);
-  }
-  // EF followed by anything but BB BF is no mark; the last tag met stays.
-  EXPECT_EQ(DetBOM_MzC(Write("n.txt", "\xEF\xBB" "A")), "");
-  EXPECT_EQ(moziCode->codeName + moziCode->bomTag, "utf-8 or sjisFEFF");
-  EXPECT_EQ(moziCode->bomKind, 0);
-}
-
-TEST_F(SourceLoad, CensusWithItsDeliberateLeadByteRanges) {
-  // 0x80-0x97 and 0xE0-0xFC swallow the next byte; 0x7F, 0x98-0xDF and
-  // 0xFD-0xFF are "non"; a missing second byte goes unnoticed.
-  struct { std::string bytes, census, name; } rows[] = {
-      {std::string("\x00\x0A\x7E\x80\x41\x97\xFF\xE0\x0A\xFC\x98\x7F\x98\xDF\xFD\xFF", 16), "(3, 4, 5)", "utf-8"},
-      {"\x98\x9F", "(0, 0, 2)", "utf-8"},  // genuine Shift-JIS taken for UTF-8
-      {"", "(0, 0, 0)", "sjis"}, {"\xE0", "(0, 1, 0)", "sjis"}};
-  for (const auto& r : rows) {
-    out.clear();
-    Det_sjisMzC(Write("c.txt", r.bytes));
-    EXPECT_EQ(out, "MoziKazu(ascii, sjis, non)=" + r.census + "\n");
-    EXPECT_EQ(moziCode->codeName, r.name);
-  }
-}
-
-TEST_F(SourceLoad, BannersByLanguageAndTitle) {
-  std::string p = Write("j.txt", "A\n");
-  struct { int lang, title; std::string banner; bool census; } rows[] = {
-      {0, 0, "\n'" + p + "'    sjis", true},  // no line end
-      {0, 1, "\n'" + p + "'     を読み込みます。 \n", false},
-      {1, 1, "\n* Reading " + p + "\n\n", false},
-      {1, 7, "\n* Reading " + p + "   sjis\n\n", true}};  // set back to 0
-  for (const auto& r : rows) {
-    Fresh(r.lang);
-    b->SimpleTitleIndex = r.title;
-    moziCode->codePage = 65001;  // kept from an earlier file when the census does not run
-    ASSERT_EQ(Load(p), 0);
-    EXPECT_EQ(out.substr(out.size() - r.banner.size()), r.banner);
-    EXPECT_EQ(out.find("MoziKazu") != std::string::npos, r.census);
-    EXPECT_EQ(moziCode->codePage, r.census ? 932 : 65001);
-    EXPECT_EQ(b->SimpleTitleIndex, r.title == 7 ? 0 : r.title);
-  }
-}
-
-TEST_F(SourceLoad, LineRulesOfBothLoaders) {
-  // page -1: detected; else the code page kept from the last file under the short title.
-  struct { std::string bytes; int page; Texts raw; } rows[] = {
-      {"", -1, {}},
-      // CR LF folds; a lone CR stays; an empty middle line is a record; no
-      // record behind a final line end; an unterminated last line counts.
-      {"A\r\n\r\nB\rC\nD", -1, {u"A", u"", u"B\rC", u"D"}},
-      {"A\nB\n", -1, {u"A", u"B"}},
-      {"\x82\xA0\n", 0, {u"あ"}},  // the first file under the short title: code page 0 decodes as Shift-JIS
-      // UTF-16: only CR LF ends a line, and behind the last one comes one more record.
-      {Utf16(u"A\nB\rC"), -1, {u"A\nB\rC"}},
-      {Utf16(u"A\r\nB\r\n"), -1, {u"A", u"B", u""}},
-      {"\xFF\xFE", -1, {u""}},
-      {Utf16(u"AB\uFFFFCD"), -1, {u"AB"}},         // 0xFFFF ends the file there
-      {Utf16(u"AB") + "C", -1, {u"AB\xFF43"}},     // odd count: the high half from the end-of-file value
-      {Utf16(u"\u3042X\r\nY", true), -1, {u"BX", u"Y"}},  // big-endian keeps the low byte only
-      {Utf16(u"AB", true) + std::string(1, '\0'), -1, {u"AB"}},
-      {"A", 1200, {u""}}, {"", 1200, {u""}}, {"A", 1201, {u""}},  // one byte: only under the short title
+// Each row: the bytes of a file, the records read, the whole output ("@" is
+// the file name; none: not looked at), "codePage bomKind bomTag|codeName"
+// (none: not looked at), the language, the title setting, the code page
+// kept from the last file, and whether a file with a UTF-8 mark came before.
+TEST_F(SourceLoad, DetectionBannerAndLineRules) {
+  const std::string le = "\n* Reading @   ", census = "\nMoziKazu(ascii, sjis, non)=";
+  struct { std::string bytes; Texts raw; std::string out = "", code = "";
+           int lang = 1, title = 0, page = 0; bool marked = false; } rows[] = {
+      {"AB C\nD\n", {u"AB C", u"D"}, census + "(7, 0, 0)\n" + le + "sjis\n\n", "932 0 |sjis"},
+      {"\x82\xA0\\~\n\x83\x41\n", {u"あ\\~", u"ア"}, census + "(4, 2, 0)\n" + le + "sjis\n\n", "932 0 |sjis"},
+      {"\xE3\x82\xA2X\n", {u"アX"}, census + "(2, 1, 1)\n" + le + "utf-8\n\n", "65001 0 |utf-8"},  // A2 is "non"
+      {"\xEF\xBB\xBFX", {u"X"}, "\n" + le + "utf-8 with bom(EF BB BF)\n\n", "65001 3 EFBBBF|utf-8 with bom(EF BB BF)"},
+      {std::string("\xFF\xFEX\0", 4), {u"X"}, "\n" + le + "utf-16 le(FF FE)\n\n", "1200 2 FFFE|utf-16 le(FF FE)"},
+      {std::string("\xFE\xFF\0X", 4), {u"X"}, "\n" + le + "utf-16 be(FE FF)\n\n", "1201 2 FEFF|utf-16 be(FE FF)"},
+      {"\xEF\xBB" "A", {u"\uFFFD\uFF7BA"}, census + "(1, 1, 0)\n" + le + "sjis\n\n", "932 0 |sjis"},  // EF BB A is no mark
+      // The census: 0x80-0x97 and 0xE0-0xFC swallow the next byte; 0x7F,
+      // 0x98-0xDF and 0xFD-0xFF are "non"; a missing second byte goes unnoticed.
+      {std::string("\x00\x0A\x7E\x80\x41\x97\xFF\xE0\x0A\xFC\x98\x7F\x98\xDF\xFD\xFF", 16), {u"*"},
+       census + "(3, 4, 5)\n" + le + "utf-8\n\n", "65001 0 |utf-8"},
+      {"\x98\x9F", {u"\uFFFD\uFFFD"}, census + "(0, 0, 2)\n" + le + "utf-8\n\n", "65001 0 |utf-8"},  // real Shift-JIS
+      {"\xE0", {u"\uFFFD"}, census + "(0, 1, 0)\n" + le + "sjis\n\n", "932 0 |sjis"},
+      {"", {}, census + "(0, 0, 0)\n" + le + "sjis\n\n", "932 0 |sjis"},
+      // The banners; the short title skips the census and keeps the code page.
+      {"A\n", {u"A"}, census + "(2, 0, 0)\n\n'@'    sjis", "932 0 |sjis", 0},
+      {"A\n", {u"A"}, "\n\n'@'     を読み込みます。 \n", "65001 0 |utf-8 or sjis", 0, 1, 65001},
+      {"A\n", {u"A"}, "\n\n* Reading @\n\n", "65001 0 |utf-8 or sjis", 1, 1, 65001},
+      {"A\n", {u"A"}, census + "(2, 0, 0)\n" + le + "sjis\n\n", "932 0 |sjis", 1, 7},  // set back to 0
+      {"\x82\xA0\n", {u"あ"}, "", "0 0 |utf-8 or sjis", 1, 1, 0},  // the first file: code page 0 is Shift-JIS
+      // The UTF-8 and Shift-JIS loader: CR LF folds, a lone CR stays, an
+      // empty line is a record, a final line end makes none.
+      {"A\r\n\r\nB\rC\nD", {u"A", u"", u"B\rC", u"D"}}, {"A\nB\n", {u"A", u"B"}},
+      // A mark met earlier: the first line is UTF-8, and loses 3 bytes if the file is.
+      {"ABCDEF\n\xE3\x82\xA2\n", {u"DEF", u"ア"}, "", "65001 0 EFBBBF|utf-8", 1, 0, 0, true},
+      {"A\n\xE3\x82\xA2\n", {u"", u"ア"}, "", "", 1, 0, 0, true},
+      {"\xE3\x81\x82\n\x82\xA0\n", {u"あ", u"あ"}, "", "932 0 EFBBBF|sjis", 1, 0, 0, true},
+      // UTF-16: only CR LF ends a line, and one more record follows the last.
+      {Utf16(u"A\nB\rC"), {u"A\nB\rC"}}, {Utf16(u"A\r\nB\r\n"), {u"A", u"B", u""}}, {"\xFF\xFE", {u""}},
+      {Utf16(u"AB\uFFFFCD"), {u"AB"}},                // 0xFFFF ends the file there
+      {Utf16(u"AB") + "C", {u"AB\xFF43"}},            // odd count: the high half from the end-of-file value
+      {Utf16(u"\u3042X\r\nY", true), {u"BX", u"Y"}},  // big-endian keeps the low byte only
+      {Utf16(u"AB", true) + std::string(1, '\0'), {u"AB"}},
+      {"A", {u""}, "", "", 1, 1, 1200}, {"", {u""}, "", "", 1, 1, 1200}, {"A", {u""}, "", "", 1, 1, 1201},  // one byte
   };
   for (const auto& r : rows) {
     SCOPED_TRACE(r.bytes);
-    Fresh();
+    Fresh(r.lang);
     *moziCode = TMoziCode{};
-    b->SimpleTitleIndex = r.page >= 0;
-    moziCode->codePage = std::max(r.page, 0);
-    ASSERT_EQ(Load(Write("r.txt", r.bytes)), 0);
-    EXPECT_EQ(Raw(), r.raw);
+    if (r.marked) Load(Write("bom.txt", "\xEF\xBB\xBFX\n"));
+    b->SimpleTitleIndex = r.title;
+    if (r.title == 1) moziCode->codePage = r.page;
+    std::string p = Write("r.txt", r.bytes), want = r.out;
+    for (size_t k; (k = want.find('@')) != std::string::npos;) want.replace(k, 1, p);
+    out.clear();
+    ASSERT_EQ(Load(p), 0);
+    EXPECT_EQ(r.out.empty() ? "" : out, want);
+    EXPECT_EQ(r.code.empty() ? "" : std::to_string(moziCode->codePage) + " " + std::to_string(moziCode->bomKind) + " " +
+                                        moziCode->bomTag + "|" + moziCode->codeName, r.code);
+    EXPECT_EQ(moziCode->codeNameW, Utf8ToU16(moziCode->codeName));
+    EXPECT_EQ(r.raw == Texts{u"*"} ? r.raw : Raw(), r.raw);
+    EXPECT_EQ(b->SimpleTitleIndex, r.title == 1);
   }
 }
 
-TEST_F(SourceLoad, AMarkMetEarlierStillTakesTheFirstLineStep) {
-  ASSERT_EQ(Load(Write("bom.txt", "\xEF\xBB\xBF" "AB\nCD\n")), 0);
-  EXPECT_EQ(Raw(), (Texts{u"AB", u"CD"}));
-  // A later unmarked file detected as UTF-8 loses its first 3 bytes; a
-  // shorter first line loses what it has.
-  ASSERT_EQ(Load(Write("later.txt", "ABCDEF\n\xE3\x82\xA2\n")), 0);
-  EXPECT_EQ(moziCode->bomTag + std::to_string(moziCode->codePage), "EFBBBF65001");
-  EXPECT_EQ(Raw(), (Texts{u"DEF", u"ア"}));
-  ASSERT_EQ(Load(Write("short.txt", "A\n\xE3\x82\xA2\n")), 0);
-  EXPECT_EQ(Raw(), (Texts{u"", u"ア"}));
-  // Detected as Shift-JIS: the first line is still decoded as UTF-8.
-  ASSERT_EQ(Load(Write("mixed.txt", "\xE3\x81\x82\n\x82\xA0\n")), 0);
-  EXPECT_EQ(moziCode->codePage, 932);
-  EXPECT_EQ(Raw(), (Texts{u"あ", u"あ"}));
-}
-
 TEST_F(SourceLoad, DecodersNeverStopOnBadBytes) {
-  EXPECT_EQ(Utf8ToWStr("\xC3\x28" "A"), u"\uFFFD(A");
-  EXPECT_EQ(Utf8ToWStr("\xF0\x9F\x98\x80"), u"\U0001F600");
-  EXPECT_EQ(Utf8ToWStr(std::string("AB\0CD", 5)), u"AB");  // zero-ended
-  EXPECT_EQ(AnsiToWStr("\x81\x20" "A"), u"\uFFFD A");       // a bad second byte
-  EXPECT_EQ(AnsiToWStr("A\x82"), u"A\uFFFD");               // a lead byte at the end
-  EXPECT_EQ(AnsiToWStr("\xB1"), u"\uFF71");                 // 1-byte katakana
-  EXPECT_EQ(AnsiToWStr(std::string("X\0Y", 3)), u"X");
+  // Zero-ended; a bad sequence, a bad second byte, a lead byte at the end
+  // give U+FFFD; a character outside the BMP, a 1-byte katakana.
   std::string all;
   for (int c = 1; c < 256; ++c) all += static_cast<char>(c);
+  EXPECT_EQ(Utf8ToWStr("\xC3\x28" "A") + Utf8ToWStr(std::string("AB\0CD", 5)) + Utf8ToWStr("\xF0\x9F\x98\x80"),
+            u"\uFFFD(AAB\U0001F600");
+  EXPECT_EQ(AnsiToWStr("\x81\x20" "A") + AnsiToWStr("A\x82") + AnsiToWStr("\xB1") + AnsiToWStr(std::string("X\0Y", 3)),
+            u"\uFFFD AA\uFFFD\uFF71X");
   EXPECT_FALSE(AnsiToWStr(all).empty() || Utf8ToWStr(all).empty());
 }
 
@@ -167,21 +122,20 @@ TEST_F(SourceLoad, AFileThatDoesNotOpen) {
   std::string p = (dir / "nosuch.txt").string();
   moziCode->codePage = 932;
   DetTextCodeW(*fileData, p);  // each detector says its line; nothing changes
-  EXPECT_EQ(out, "Error: Fail to open " + p + ".\nFail to open " + p + ".\n\n* Reading " + p + "   \n\n");
-  EXPECT_EQ(moziCode->codePage, 932);
+  EXPECT_EQ(out + std::to_string(moziCode->codePage),
+            "Error: Fail to open " + p + ".\nFail to open " + p + ".\n\n* Reading " + p + "   \n\n932");
   out.clear();
   EXPECT_EQ(OpenFileUTF8toVecW(p), -3);
   EXPECT_EQ(out, "\nThe file  \"" + p + "\"  does not open on binary mode. \nMisspellings?  \nOr the file does not exist there. *\n");
   EXPECT_EQ(OpenFileUTF16toVecW(p), -4);
   EXPECT_EQ(LogCodes(), (Codes{"88886875", "7CA76875"}));
   EXPECT_EQ(msgLog->WideLog[0].kind, 100);
-  EXPECT_EQ(Errors(), 0);  // reported, not counted
-  EXPECT_EQ(Raw(), Texts{u"OLD"});  // the old records stay
   SetLang(0);
   out.clear();
   EXPECT_EQ(OpenFileUTF8toVecW(p), -3);
   EXPECT_EQ(out, "\n \"" + p + "\"  (binary mode)を開くことができません。 ミススペル あるいは ファイルが存在しない。 *\n");
-  EXPECT_EQ(Errors(), 0);
+  EXPECT_EQ(Errors(), 0);  // reported, not counted
+  EXPECT_EQ(Raw(), Texts{u"OLD"});  // the old records stay
   out.clear();
   EXPECT_EQ(DetBOM_MzC(""), "");
   EXPECT_EQ(out, "fname is empty.\n");

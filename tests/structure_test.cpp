@@ -26,10 +26,15 @@ const std::string kStartMissing = "Error : START is not found anywhere.\nA space
 const std::string kBetween =
     "There are some unknown string between two programs. \nThere are some unknown string between END and START. \n"
     "It should be deleted. Or a comment mark(;) \nis expected at the left side of the description.\n";
+std::string Dup(const std::string& p, const std::string& q) {
+  return "Error :  \"A\"  is already defined. Duplication of the program name. \nProgram " + p + " and Program " + q +
+         ".\nTheir names must be unique each other. \n";
+}
 const std::string kNoLabel = "Error : line 1: There does not exist any label which is identical with an address constant of the ";
 
-TEST_F(Structure, EveryFindingOfTheFrontStages) {
+TEST_F(Structure, EveryFinding) {
   auto Fr = [](Texts t) { return [t] { return Front(t); }; };
+  const Texts two = Progs({u"P START", u"Q START"});
   Check({
     {Fr({u"; only", u"  ", u"\t; comment"}), 1, 1, 0, "Error: The source code is empty.  The assembler is ready to go!\n",
      {"E4E4B0A1"}, "エラー：　アセンブラは準備完了、 ソースコードの記述がない。 \n"},
@@ -37,16 +42,15 @@ TEST_F(Structure, EveryFindingOfTheFrontStages) {
      "Error : START description is not found anywhere. \nSTART assembler instruction is expected. \n", {"736BEBA8"},
      "エラー： START アセンブラ命令 が どこにもない。\n"},
     {Fr({u"P START", u" RET"}), 2, 1, 0, "Error : END description is not found anywhere. \nEND assembler instruction is expected. \n",
-     {"6A5BB571"}, "エラー： END アセンブラ命令 が どこにもない。\n"},
+     {"6A5BB571"}},
     {Fr({u" NOP", u" END", u"P START", u" RET"}), 2, 1, 0, "Error : line 3: END is expected to be followed after START. \n",
      {"64DEC562"}, "エラー： 3 行目： START アセンブラ命令 の後の行に END アセンブラ命令が必要。\n"},
     // The rough search finds RESTART and SEND; the exact one does not.
     {Fr({u"X RESTART", u" SEND"}), 3, 1, 0, kStartMissing, {"86F18976"}},
-    {Fr({u"MAIN\u3000START", u" RET", u" END"}), 3, 1, 0, kStartMissing, {"86F18976"},
-     "エラー： START アセンブラ命令 が どこにもない。 \nSTART の左に空白が必要です\n"},
+    {Fr({u"MAIN\u3000START", u" RET", u" END"}), 3, 1, 0, kStartMissing, {"86F18976"}},
     {Fr({u" START", u" RET", u" END"}), 3, 1, 0,
      "Error : line 1: A label name is expected at the left side \nof START assembler instruction. \n" + kOne,
-     {"86F18976", "1A02E43A"}, "エラー： 1 行目： START アセンブラ命令の左にラベルが必要です。 \n"},
+     {"86F18976", "1A02E43A"}},
     // END missing; CkEnd_LR_W counts its reason and records nothing.
     {Fr({u"P START", u" RET", u"\u3000END"}), 3, 2, 0,
      "Error : END is not found anywhere. \nThe END instruction defines the end of a program.\n"
@@ -55,7 +59,7 @@ TEST_F(Structure, EveryFindingOfTheFrontStages) {
      {"BD76EE3C"}, "エラー： 3 行目： END の文字はある。けれども、  ENDの右に全角の空白がある。 全角の空白文字は使えない。　\n"},
     {Fr({u"P START", u" RET", u"E END"}), 3, 1, 0,
      "Error : line 3: There is a label at the left side of the END \nassembler instruction. \nIt is of no use. \n" + kOne,
-     {"DC4C4237", "1A02E43A"}, "エラー： 3 行目： END アセンブラ命令の左にラベルがある。 \n"},
+     {"DC4C4237", "1A02E43A"}},
     {Fr({u"A START", u" RET", u"B START", u" RET", u" END;"}), 3, 2, 0,
      "Error : (START > END): The program is not correctly closed. \nThe number of START assembler instructions is \n"
      "different from that of END's. \nThey should be the same. \nThere are 2 START assembler instructions in t.txt. \n"
@@ -69,7 +73,7 @@ TEST_F(Structure, EveryFindingOfTheFrontStages) {
      "Error : (START < END): The program is not correctly closed.\nThere is a differece \nbetween START and END in number.\n"
      "They should be the same in a program. \nThere are 1 START assembler instructions in t.txt. \n"
      "There are 2 END assembler instructions in t.txt. \n",
-     {"BBBC4237"}, "エラー： (START < END): プログラムが正しく閉じていない。 \n"},
+     {"BBBC4237"}},
     {Fr({u" END", u"P START", u" RET", u"Q START", u" RET", u" END"}), 3, 1, 0,
      "Error : line 1: START and END are out of order. \nSTART should be followed by END. \n", {"2036036E"},
      "エラー： 1 行目： START と END アセンブラ命令 が逆順です。 \n"},
@@ -91,8 +95,7 @@ TEST_F(Structure, EveryFindingOfTheFrontStages) {
      "不要です。（CASL2 の仕様） \n"},
     // The first line with text between two programs only.
     {Fr({u"P START", u" RET", u" END", u"", u"; fine", u"  JUNK  ", u"MORE", u"Q START", u" RET", u" END"}), 5, 1, 0,
-     kTwo + "Error : line 6:  \"JUNK\" : " + kBetween, {"1A02E43A", "DDDD036E"},
-     "エラー： 6 行目：  \"JUNK\" プログラムとプログラムの間にソースコードがある。\n"},
+     kTwo + "Error : line 6:  \"JUNK\" : " + kBetween, {"1A02E43A", "DDDD036E"}},
     {Fr({u"P START", u" RET", u" END", u"\u3000", u"Q START", u" RET", u" END"}), 5, 1, 0,
      kTwo + "Error : line 4:  \"\u3000\" : " + kBetween +
          "It is not a 1-byte space, but a 2-byte one.  \nA 2-byte space is not allowed for use in CASL2. \n",
@@ -108,15 +111,14 @@ TEST_F(Structure, EveryFindingOfTheFrontStages) {
     {Fr(Progs({u"abc START"})), 6, 1, 0,
      kOne + "Error : line 1: The first letter of a label must be a capital alphabetical letter. \n"
             "A numeral is not allowed to be used as the first letter of a label. \n",
-     {"1A02E43A", "CCAB036E"}, "エラー： 1 行目： ラベルの先頭文字は英大文字であること。 先頭文字に数字は使えない。\n"},
+     {"1A02E43A", "CCAB036E"}},
     {Fr(Progs({u"ABCDEFGHI START"})), 6, 1, 0,
      kOne + "Error :  \"ABCDEFGHI\" line 1: A label must be 1 to 8 characters in length. \n"
             "Label:  \"ABCDEFGHI\" : There are 9 letters in it. \n",
      {"1A02E43A", "DDAB036E"},
      "エラー：  \"ABCDEFGHI\" 1 行目： ラベル の長さは８文字までの制限（仕様）がある。。 \n \"ABCDEFGHI\" : 9 文字ある。\n"},
     {Fr(Progs({u"ABCDEFGH START", u"GR0 START"})), 6, 1, 0,
-     kTwo + "Error : line 4: The reserved words(GR0-GR7) are not allowed in a label. \n", {"1A02E43A", "77AB036E"},
-     "エラー： 4 行目： ラベルに予約語(GR0 - GR7) は使えない。\n"},
+     kTwo + "Error : line 4: The reserved words(GR0-GR7) are not allowed in a label. \n", {"1A02E43A", "77AB036E"}},
     {Fr(Progs({u"A\u3000B START"})), 6, 2, 0,
      kOne + "Error : line 1:  \"A\u3000B\" : There is a 2-byte space in the word. A 2-byte space is not allowed to be "
             "used in casl2. A 2-byte space should be replaced with 1-byte space.  Remove off the 2-byte space in the word. \n"
@@ -124,40 +126,16 @@ TEST_F(Structure, EveryFindingOfTheFrontStages) {
      {"1A02E43A", "0801EEC3", "FFAB036E"}, ""},
     // Every equal pair, in the order of the pairs.
     {Fr(Progs({u"A START", u"B START", u"A START", u"A START"})), 7, 3, 0,
-     "There are 4 programs found in it.\n"
-     "Error :  \"A\"  is already defined. Duplication of the program name. \nProgram 1, line 1 and Program 3, line 7.\n"
-     "Their names must be unique each other. \n"
-     "Error :  \"A\"  is already defined. Duplication of the program name. \nProgram 1, line 1 and Program 4, line 10.\n"
-     "Their names must be unique each other. \n"
-     "Error :  \"A\"  is already defined. Duplication of the program name. \nProgram 3, line 7 and Program 4, line 10.\n"
-     "Their names must be unique each other. \n",
+     "There are 4 programs found in it.\n" + Dup("1, line 1", "3, line 7") + Dup("1, line 1", "4, line 10") + Dup("3, line 7", "4, line 10"),
      {"1A02E43A", "DBDB036E", "DBDB036E", "DBDB036E"},
-     "エラー： プログラム名の重複：  \"A\"  が二つある。 \nプログラム1 と プログラム3 の名前 \n1 行目 と 7 行目にある。\n"},  });
-}
-
-TEST_F(Structure, FindingsOfTheLaterChecks) {
-  // On a file that passed the front stages, with the messages of those gone.
-  auto On = [this](Texts t, std::function<int()> f) {
-    return [=, this] {
-      EXPECT_EQ(Front(t), 0);
-      out.clear();
-      msgLog->ClearMsgLog();
-      return f();
-    };
-  };
-  const Texts two = Progs({u"P START", u"Q START"});
-  Check({
-      // A START line without a name, which the pairing stages already refuse.
+     "エラー： プログラム名の重複：  \"A\"  が二つある。 \nプログラム1 と プログラム3 の名前 \n1 行目 と 7 行目にある。\n"},
+      // The checks that run later in the pass. A START line without a name,
+      // which the pairing stages already refuse.
       {On(Progs({u"P START"}), [] { b->vecSrcW[0].editStr = u" START"; return CkPrgNameNW(0); }), -1, 1, 0,
-       "Error : line 1: A label is expected at the left side of the START assembler instruction. \n", {"EEEE036E"},
-       "エラー： 1 行目： START アセンブラ命令の左にラベルが必要です。\n"},
-      // The reason for a missing START: counted, printed, not recorded.
+       "Error : line 1: A label is expected at the left side of the START assembler instruction. \n", {"EEEE036E"}},
+      // A reason for a missing START: counted, printed, not recorded.
       {[] { Lines({u" NOP", u"X START;"}), editNWB(); return CkSTART_LR_W(); }, 1, 1, 0,
        " A space is expected at the right side of START instruction. \n(Spce. 2.1 (4) in a case of Without operand. \n", {}},
-      {[] { Lines({u"Y START\u3000", u"\u3000START"}), editNWB(); return DetSTARTatZenKakuSpaceW() * 10 + DetENDatZenKakuSpaceW(); },
-       10, 1, 0,
-       " There is a 2-byte space at the right side of START instruction. \nThe 2-byte space is not allowed for use in "
-       "CASL2. \nIt should be replaced with a 1-byte space, or deleted. \n", {}},
       // The first program is never warned of.
       {On(Progs({u"P START", u"Q START", u"R START"}), [] { b->vecPrgW[2].prgUsed = 1; return CkPrgNameInUseNW(); }), 0, 0, 1,
        "Warning : line 4: A program of the \"Q\" is never executed, becasue it is not called by any other program. \n",
@@ -166,8 +144,7 @@ TEST_F(Structure, FindingsOfTheLaterChecks) {
        "エラー： 1 行目： アドレス定数  \"NOWHERE\"  と一致するラベルが存在しない。\n"},
       {On(two, [] { return CkStartAdrOperandNW(0, u"A-B", 0); }), -1, 2, 0,
        "Error : line 1: There is a non-alphanumeric letter in the address constant of  \"A-B\" . \n"
-       "The address constant should be written in capital alphanumeric letters. \n" + kNoLabel + " \"A-B\" . \n", {"5A7B036E", "5A7D036E"},
-       "エラー： 1 行目：  \"A-B\"  アドレス定数に英大文字と数字以外の文字がある。\n"},
+       "The address constant should be written in capital alphanumeric letters. \n" + kNoLabel + " \"A-B\" . \n", {"5A7B036E", "5A7D036E"}},
       {On(two, [] { return CkStartAdrOperandNW(0, u"ABCDEFGHI", 0); }), -1, 1, 0,
        "Error : line 1: An address constant must be 1 to 8 characters in length. \n", {"5A7C036E"},
        "エラー： 1 行目：  \"ABCDEFGHI\"  アドレス定数は８文字以内。9 文字ある。\n"},
@@ -178,45 +155,42 @@ TEST_F(Structure, RecordsOfACleanFile) {
   EXPECT_EQ(Front({u"; head", u"MAIN1 START", u" RET ; back", u" END", u"", u"SUB\tSTART", u" RET", u" END"}), 0);
   ASSERT_EQ(b->vecPrgW.size(), 2u);
   EXPECT_EQ(b->vecPrgW[1].prgFirstLine * 10 + b->vecPrgW[1].prgEndLine, 57);
-  EXPECT_EQ(b->vecSrcW[6].prgNr * 10 + b->vecSrcW[2].prgNr, 10);
-  EXPECT_EQ(b->vecSrcW[2].editSaveStr, u" RET ; back");  // saved before the comments went
-  EXPECT_EQ(b->vecSrcW[2].editStr, u" RET ");
+  EXPECT_EQ(Map(b->vecSrcW, &SrcLineW::prgNr), (std::vector<int>{0, 0, 0, 0, 0, 1, 1, 0}));
+  // editSaveStr is taken before the comments go; the names are stored.
+  EXPECT_EQ(b->vecSrcW[2].editSaveStr + u"|" + b->vecSrcW[2].editStr, u" RET ; back| RET ");
   EXPECT_EQ(b->vecPrgW[0].PrgName + b->vecPrgW[1].PrgName + b->vecSrcW[5].labelStr, u"MAIN1SUBSUB");
-  EXPECT_EQ(msgLog->WideLog[0].kind, 0);  // the count line is counted nowhere
-  Fresh();
-  Front({u"P START", u" NOP", u" END"});
-  EXPECT_EQ(msgLog->WideLog.back().kind, 200);
+  EXPECT_EQ(Map(msgLog->WideLog, &TMsgRec::kind), std::vector<int>{0});  // the count line is counted nowhere
   Fresh();
   Front(Progs({u"Abc START"}));  // a name that fails is not stored
   EXPECT_EQ(b->vecPrgW[0].PrgName, u"");
-  EXPECT_EQ(msgLog->WideLog.back().kind, 100);
+  EXPECT_EQ(Map(msgLog->WideLog, &TMsgRec::kind), (std::vector<int>{0, 100, 100}));
 }
 
 TEST_F(Structure, StartOperandWords) {
-  ASSERT_EQ(Front(Progs({u"P START LOOP", u"Q START"})), 0);
+  Prog(Progs({u"P START LOOP", u"Q START"}));
   b->vecSrcW[1].labelStr = u"LOOP";
   b->vecSrcW[1].rlAdr = b->vecSrcW[1].abAdr = 3;
   SrcLineW& s = b->vecSrcW[0];
+  auto Words = [](const SrcLineW& l) {
+    std::u16string r = WNum(l.word_kazu) + u" " + Hex4W(l.first_word) + u" " + Hex4W(l.second_word);
+    for (const auto& w : l.vecWord) r += u" | " + Hex4W(w.wordCode) + u" " + w.wordNote;
+    return r;
+  };
   EXPECT_EQ(CkStartAdrOperandNW(0, u"LOOP", 0), 0);
-  EXPECT_EQ(std::vector<int>({s.word_kazu, s.first_word, s.second_word, b->vecSrcW[1].labelUsed}),
-            std::vector<int>({2, 0x6400, 3, 1}));
-  ASSERT_EQ(s.vecWord.size(), 2u);
-  EXPECT_EQ(s.vecWord[0].wordNote + u"/" + s.vecWord[1].wordNote, u"START/An operand of START");
-  // Another program's name, placed by the link.
+  EXPECT_EQ(Words(s), u"2 #6400 #0003 | #6400 START | #0003 An operand of START");
+  EXPECT_EQ(b->vecSrcW[1].labelUsed, 1);
+  // Another program's name, placed by the link; no operand.
   EXPECT_EQ(CkStartAdrOperandNW(0, u"Q", 0), 0);
   EXPECT_EQ(b->vecPrgW[1].prgUsed + b->vecSrcW[3].labelUsed, 2);
   b->vecSrcW[3].abAdr = 9;
   CkStartAdrOperandNW(0, u"Q", 0);
-  EXPECT_EQ(s.second_word + s.vecWord[1].wordCode, 18);
-  // No operand.
+  EXPECT_EQ(Words(s), u"2 #6400 #0009 | #6400 START | #0009 An operand of START");
   EXPECT_EQ(CkStartAdrOperandNW(1, u"", 3), 0);
-  EXPECT_EQ(b->vecSrcW[3].word_kazu, 1);
-  ASSERT_EQ(b->vecSrcW[3].vecWord.size(), 1u);
-  EXPECT_EQ(b->vecSrcW[3].vecWord[0].wordNote, u"An Operand of START");
+  EXPECT_EQ(Words(b->vecSrcW[3]), u"1 #0000 #0000 | #0000 An Operand of START");
   EXPECT_EQ(Errors(), 0);
   // A new set of programs of the same count: the names are found afresh.
   Fresh();
-  ASSERT_EQ(Front(Progs({u"R START", u"S START"})), 0);
+  Prog(Progs({u"R START", u"S START"}));
   EXPECT_EQ(CkStartAdrOperandNW(0, u"S", 0), 0);
   EXPECT_EQ(b->vecPrgW[1].prgUsed, 1);
 }
