@@ -40,7 +40,7 @@ TEST_F(CodegenLink, ErrorInTheSecondProgramEndsTheLinkWithItsComplement) {
                     game),
             0)
       << c.out;
-  b->vecSrcW[6].labelStr = u"Y";  // X disappears between the passes
+  b->vecSrcW[6].labelStr.assign(1, u'Y');  // X disappears between the passes
   b->vecPrgW[2].prgWordSize = 777;
   PrepareMachineForLink();
   EXPECT_EQ(Link31NWGM(game), -2);
