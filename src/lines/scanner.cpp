@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string>
 
 #include "records/console.h"
@@ -41,7 +42,7 @@ bool PrgRange(int prg, int& first, int& end) {
   return true;
 }
 
-bool HoldsAny(wview s, std::initializer_list<const char16_t*> forms) {
+bool HoldsAny(wview s, std::span<const char16_t* const> forms) {
   for (const char16_t* f : forms) {
     if (s.find(f) != wview::npos) return true;
   }
@@ -72,6 +73,42 @@ void LengthWarning(int line, size_t len, bool second) {
 
 void CopyToChH(SrcLineW& s) {
   s.oprndComChH = s.oprndComStr.substr(0, std::min<size_t>(s.oprndComStr.size(), OprndChHUsed));
+}
+
+// The texts of a "blank just after a sign" error.
+struct SignBlankText {
+  const char16_t* forms[6];  // a sign followed by a space or a tab
+  const char16_t* j;         // Japanese first line (the second is shared)
+  const char16_t* e1;        // English lines
+  const char16_t* e2;
+  const char* code;
+};
+
+// The check behind edit30cNW and edit50NW. On each line of `prg`, `sign`
+// finds the sign before any string; `closeUp` may tidy the line behind it.
+// A sign followed by a blank is then an error (-1).
+template <class Find, class CloseUp>
+int BlankAfterSign(int prg, Find sign, CloseUp closeUp, const SignBlankText& t) {
+  int first = 0, end = 0;
+  if (!PrgRange(prg, first, end)) return 0;
+  for (int i = first; i < end; ++i) {
+    wstr& w = b->vecSrcW[i].editStr;
+    if (w.empty()) continue;
+    size_t q = w.find(u'\'');
+    size_t p = sign(w);
+    if (p == kNone || (q != kNone && p > q)) continue;
+    closeUp(w, p);
+    if (HoldsAny(w, t.forms)) {
+      wstr qt = QuoteW(w);
+      if (cs->IsJ()) {
+        Say(*cs, kError, i, {qt + u": " + t.j, u"記号の直後、数字の直前にある空白を取り除くこと。"}, t.code, qt);
+      } else {
+        Say(*cs, kError, i, {qt + u": " + t.e1, t.e2}, t.code, qt);
+      }
+      return -1;
+    }
+  }
+  return 0;
 }
 
 }  // namespace
@@ -228,61 +265,35 @@ int CopyOprndComToEditNW(int prg) {
 }
 
 int edit30cNW(int prg) {
-  int first = 0, end = 0;
-  if (!PrgRange(prg, first, end)) return 0;
-  for (int i = first; i < end; ++i) {
-    wstr& w = b->vecSrcW[i].editStr;
-    if (w.empty()) continue;
-    size_t q = w.find(u'\'');
-    size_t p = w.find(u'=');
-    if (p == kNone || (q != kNone && p > q)) continue;
-    size_t n = FirstNonBlank(w, p + 1);
-    if (n != kNone) {
-      w.erase(p + 1, n - (p + 1));
-    } else {
-      w.resize(p);
-    }
-    if (HoldsAny(w, {u"=+ ", u"=- ", u"=# ", u"=+\t", u"=-\t", u"=#\t"})) {
-      wstr qt = QuoteW(w);
-      if (cs->IsJ()) {
-        Say(*cs, kError, i, {qt + u": " + u"=+, =-, =# 記号の直後に空白がある。", u"記号の直後、数字の直前にある空白を取り除くこと。"},
-            "3C30E0D1", qt);
-      } else {
-        Say(*cs, kError, i,
-            {qt + u": " + u"There is a space just after =+, =-, or =#. ",
-             u"Remove off the space at the right side of the literal figure. "},
-            "3C30E0D1", qt);
-      }
-      return -1;
-    }
-  }
-  return 0;
+  static const SignBlankText kText = {
+      {u"=+ ", u"=- ", u"=# ", u"=+\t", u"=-\t", u"=#\t"},
+      u"=+, =-, =# 記号の直後に空白がある。",
+      u"There is a space just after =+, =-, or =#. ",
+      u"Remove off the space at the right side of the literal figure. ",
+      "3C30E0D1"};
+  // Blanks between "=" and the sign or figure behind it are dropped first.
+  return BlankAfterSign(
+      prg, [](const wstr& w) { return w.find(u'='); },
+      [](wstr& w, size_t p) {
+        size_t n = FirstNonBlank(w, p + 1);
+        if (n != kNone) {
+          w.erase(p + 1, n - (p + 1));
+        } else {
+          w.resize(p);
+        }
+      },
+      kText);
 }
 
 int edit50NW(int prg) {
-  int first = 0, end = 0;
-  if (!PrgRange(prg, first, end)) return 0;
-  for (int i = first; i < end; ++i) {
-    wstr& w = b->vecSrcW[i].editStr;
-    if (w.empty()) continue;
-    size_t q = w.find(u'\'');
-    size_t p = w.find_first_of(u"+-#");
-    if (p == kNone || (q != kNone && p > q)) continue;
-    if (HoldsAny(w, {u"+ ", u"- ", u"# ", u"+\t", u"-\t", u"#\t"})) {
-      wstr qt = QuoteW(w);
-      if (cs->IsJ()) {
-        Say(*cs, kError, i, {qt + u": " + u"+, -, # 記号の直後に空白がある。", u"記号の直後、数字の直前にある空白を取り除くこと。"},
-            "3C50E0D1", qt);
-      } else {
-        Say(*cs, kError, i,
-            {qt + u": " + u"There is a space just after +, -, or #. ",
-             u"Remove off the space at the left side of the figure."},
-            "3C50E0D1", qt);
-      }
-      return -1;
-    }
-  }
-  return 0;
+  static const SignBlankText kText = {
+      {u"+ ", u"- ", u"# ", u"+\t", u"-\t", u"#\t"},
+      u"+, -, # 記号の直後に空白がある。",
+      u"There is a space just after +, -, or #. ",
+      u"Remove off the space at the left side of the figure.",
+      "3C50E0D1"};
+  return BlankAfterSign(
+      prg, [](const wstr& w) { return w.find_first_of(u"+-#"); }, [](wstr&, size_t) {}, kText);
 }
 
 int DivideCommentNW(int prg) {
