@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "constants/constants.h"
+#include "constants/opd_line.h"
 #include "constants/opd_text.h"
 #include "records/console.h"
 #include "records/diag.h"
@@ -13,14 +14,6 @@
 using namespace opd;
 
 namespace {
-
-SrcLineW& L(int line) { return b->vecSrcW[static_cast<size_t>(line)]; }
-bool LineOk(int line) { return line >= 0 && static_cast<size_t>(line) < b->vecSrcW.size(); }
-
-void BadLine(int line) {
-  con::out << "Prg. Error: (vecSrcW.size() < line)" << con::endl;
-  con::out << PrgLocation(b->SrcFileName, line + 1, "") << con::endl;
-}
 
 // The index behind the string constant that opens at `k` (an apostrophe),
 // doubled apostrophes inside; `closed` tells whether its end was found.
@@ -46,11 +39,9 @@ size_t SkipString(wview s, size_t k, bool& closed, size_t& chars) {
 
 // ---------------------------------------------------------------------------
 int OprndAtDCtoChH_NWCS(TCorrectScode& c, int line, int doCheck) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   const wstr& s = ln.oprndComChH;
   size_t k = 0;
   size_t cut = s.size();
@@ -111,11 +102,9 @@ int OprndAtDCtoChH_NWCS(TCorrectScode& c, int line, int doCheck) {
 
 // ---------------------------------------------------------------------------
 int OprndAtDC_NWCS(TCorrectScode& c, int line) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   if (ln.opStr != u"DC") {
     con::out << "Prg. Error: A line at DC should have been called. " << con::endl;
     return -1;
@@ -135,11 +124,9 @@ int OprndAtDC_NWCS(TCorrectScode& c, int line) {
 
 // ---------------------------------------------------------------------------
 int dc45NWCS(TCorrectScode& c, int line) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   const wstr s = ln.oprndComChH;
   wstr q = QuoteW(s);
   // The last character that is not a blank, to tell a comma at the very end.
@@ -246,11 +233,9 @@ int dc45NWCS(TCorrectScode& c, int line) {
 
 // ---------------------------------------------------------------------------
 int TakeOutOprndsAtDC(TCorrectScode& c, int line) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   ln.vecOprndAtDC.clear();
   const wstr& s = ln.oprndComChH;
   size_t a = 0;
@@ -333,11 +318,9 @@ int CkDcAdrConst(TCorrectScode& c, int line, int nr, const wstr& t) {
 }  // namespace
 
 int CkDC33NW(TCorrectScode& c, int line) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   int rc = 0;
   for (size_t i = 0; i < ln.vecOprndAtDC.size(); ++i) {
     OprndAtDCT<wstr>& op = ln.vecOprndAtDC[i];
@@ -385,11 +368,9 @@ int CkDC33NW(TCorrectScode& c, int line) {
 
 // ---------------------------------------------------------------------------
 int SetWordKazuAtDC_NWCS(TCorrectScode& c, int line) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   int sum = 0;
   for (size_t i = 0; i < ln.vecOprndAtDC.size(); ++i) {
     const OprndAtDCT<wstr>& op = ln.vecOprndAtDC[i];
@@ -418,11 +399,9 @@ int SetWordKazuAtDC_NWCS(TCorrectScode& c, int line) {
 
 // ---------------------------------------------------------------------------
 int OprndAtDS_NWCS(TCorrectScode& c, int line) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   if (ln.opStr != u"DS") {
     con::out << u"Prg. Error: " << ln.opStr << u" should have been DS." << con::endl;
     return -1;
@@ -485,11 +464,9 @@ int OprndAtDS_NWCS(TCorrectScode& c, int line) {
 
 // ---------------------------------------------------------------------------
 int SetWordKazuAtDS_NWCS(TCorrectScode& c, int line) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   const wstr& t = ln.oprnd1ChH;
   size_t used = 0;
   long long n = DecValue(t, &used);

@@ -10,6 +10,7 @@
 
 #include "codegen/codegen.h"
 #include "constants/constants.h"
+#include "constants/opd_line.h"
 #include "constants/opd_text.h"
 #include "codegen/instr_table.h"
 #include "operands/opd_lookup.h"
@@ -22,9 +23,6 @@ using namespace opd;
 
 namespace {
 
-SrcLineW& L(int line) { return b->vecSrcW[static_cast<size_t>(line)]; }
-bool LineOk(int line) { return line >= 0 && static_cast<size_t>(line) < b->vecSrcW.size(); }
-
 wstr& Slot(SrcLineW& ln, int nr) {
   switch (nr) {
     case 1: return ln.oprnd1ChH;
@@ -32,11 +30,6 @@ wstr& Slot(SrcLineW& ln, int nr) {
     case 3: return ln.oprnd3ChH;
     default: return ln.oprnd4ChH;
   }
-}
-
-void BadLine(int line) {
-  con::out << "Prg. Error: (vecSrcW.size() < line)" << con::endl;
-  con::out << PrgLocation(b->SrcFileName, line + 1, "") << con::endl;
 }
 
 // ---- lookups ----------------------------------------------------------------
@@ -141,11 +134,9 @@ void ResetAdrLookupNW() {
 
 // ---------------------------------------------------------------------------
 int CkAdrOperandNWCS(TCorrectScode& c, int line, int slotNr) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   const int n = slotNr;
   const wstr s = Slot(ln, n);
   const wstr next = n < 4 ? Slot(ln, n + 1) : wstr();
@@ -439,11 +430,9 @@ int AdrConstLiteral(TCorrectScode& c, int line, const wstr& t) {
 }  // namespace
 
 int CkAdrConst20NWCS(TCorrectScode& c, int line, int slotNr) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   ln.second_word = 0;
   wstr t = CutComma(Slot(ln, slotNr));
   char16_t f = At(t, 0);

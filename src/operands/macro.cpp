@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "codegen/instr_table.h"
+#include "constants/opd_line.h"
 #include "constants/opd_text.h"
 #include "operands/adr_const.h"
 #include "operands/opd_lookup.h"
@@ -15,14 +16,6 @@
 using namespace opd;
 
 namespace {
-
-SrcLineW& L(int line) { return b->vecSrcW[static_cast<size_t>(line)]; }
-bool LineOk(int line) { return line >= 0 && static_cast<size_t>(line) < b->vecSrcW.size(); }
-
-void BadLine(int line) {
-  con::out << "Prg. Error: (vecSrcW.size() < line)" << con::endl;
-  con::out << PrgLocation(b->SrcFileName, line + 1, "") << con::endl;
-}
 
 bool EndsWith(const wstr& s, wview tail) { return s.size() >= tail.size() && wview(s).substr(s.size() - tail.size()) == tail; }
 
@@ -54,11 +47,9 @@ void NoMacro(TCorrectScode& c, int line, const wstr& op, wview english) {
 
 // ---------------------------------------------------------------------------
 int macro2NWCS(TCorrectScode& c, int line) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   ln.word_kazu = 12;
   wstr& s1 = ln.oprnd1ChH;
   wstr& s2 = ln.oprnd2ChH;
@@ -125,11 +116,9 @@ int macro2NWCS(TCorrectScode& c, int line) {
 
 // ---------------------------------------------------------------------------
 int macroR2NWCS(TCorrectScode& c, int line) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   int wk = 0;
   if (ln.opStr == u"RPUSH") {
     wk = 14;
@@ -151,11 +140,9 @@ int macroR2NWCS(TCorrectScode& c, int line) {
 
 // ---------------------------------------------------------------------------
 int InOut1NWCS(TCorrectScode& c, int line, int nr) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   wstr t = CutComma(nr == 1 ? ln.oprnd1ChH : ln.oprnd2ChH);
   wstr q = QuoteW(t);
   char16_t f = At(t, 0);
@@ -212,11 +199,9 @@ int InOut1NWCS(TCorrectScode& c, int line, int nr) {
 
 // ---------------------------------------------------------------------------
 int InOut1NWCS(TCorrectScode& c, int line) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   int prg = PrgOfLineNW(line);
   int32_t adr[2] = {0, 0};
   int rc = 0;
@@ -270,11 +255,9 @@ int InOut1NWCS(TCorrectScode& c, int line) {
 
 // ---------------------------------------------------------------------------
 int ExpandRPushNW(int line, int& rlAdr, int& abAdr) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   ln.word_kazu = 14;
   ln.oprndCount = 0;
   ln.rlAdr = rlAdr;
@@ -288,11 +271,9 @@ int ExpandRPushNW(int line, int& rlAdr, int& abAdr) {
 }
 
 int ExpandRPopNW(int line, int& rlAdr, int& abAdr) {
-  if (!LineOk(line)) {
-    BadLine(line);
-    return -1;
-  }
-  SrcLineW& ln = L(line);
+  SrcLineW* lp = CheckedLine(line);
+  if (!lp) return -1;
+  SrcLineW& ln = *lp;
   ln.word_kazu = 7;
   ln.oprndCount = 0;
   ln.rlAdr = rlAdr;
