@@ -505,6 +505,21 @@ WordRecT<wstr> Word(int32_t code, int rl, int ab, int line, wstr note = wstr()) 
   return w;
 }
 
+// A line whose words are made before the pass (DC, START with an operand):
+// it and its words get their addresses from rl and ab, which then move on
+// by its word count.
+void PlaceMadeWords(SrcLineW& ln, int line, int& rl, int& ab) {
+  ln.rlAdr = rl;
+  ln.abAdr = ab;
+  for (size_t k = 0; k < ln.vecWord.size(); ++k) {
+    ln.vecWord[k].rlAdr = rl + static_cast<int>(k);
+    ln.vecWord[k].abAdr = ab + static_cast<int>(k);
+    ln.vecWord[k].line = line;
+  }
+  rl += ln.word_kazu;
+  ab += ln.word_kazu;
+}
+
 }  // namespace
 
 int AdrCk53NWCS(int prg) {
@@ -552,15 +567,7 @@ int AdrCk53NWCS(int prg) {
         ab += 1;
         break;
       case Branch::Dc:
-        ln.rlAdr = rl;
-        ln.abAdr = ab;
-        for (size_t k = 0; k < ln.vecWord.size(); ++k) {
-          ln.vecWord[k].rlAdr = rl + static_cast<int>(k);
-          ln.vecWord[k].abAdr = ab + static_cast<int>(k);
-          ln.vecWord[k].line = i;
-        }
-        rl += ln.word_kazu;
-        ab += ln.word_kazu;
+        PlaceMadeWords(ln, i, rl, ab);
         break;
       case Branch::Ds: {
         ln.rlAdr = rl;
@@ -609,17 +616,7 @@ int AdrCk53NWCS(int prg) {
         break;
       }
       case Branch::Start2:
-        if (CkStartAdrOperandNW(prg, TrimW(ln.oprnd1ChH), i) == 0) {
-          ln.rlAdr = rl;
-          ln.abAdr = ab;
-          for (size_t k = 0; k < ln.vecWord.size(); ++k) {
-            ln.vecWord[k].rlAdr = rl + static_cast<int>(k);
-            ln.vecWord[k].abAdr = ab + static_cast<int>(k);
-            ln.vecWord[k].line = i;
-          }
-          rl += ln.word_kazu;
-          ab += ln.word_kazu;
-        }
+        if (CkStartAdrOperandNW(prg, TrimW(ln.oprnd1ChH), i) == 0) PlaceMadeWords(ln, i, rl, ab);
         break;
       case Branch::None: {
         wstr q = QuoteW(ln.opStr);
