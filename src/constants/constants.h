@@ -57,6 +57,16 @@ int32_t DecStrToIntG(TDiagBase& w, int line, int constNr, wview text);
 // digits, exactly four digits. Returns 0, or -1 after an error.
 int CkHexConstG(TDiagBase& w, int line, int constNr, wview text);
 
+// Text check of an address constant that names a label: capitals and digits,
+// eight characters at most. `codes` are the codes of its three errors: a
+// character other than a capital or digit, a small letter, and the length.
+// Returns 0, or -1 after an error.
+int CkAdrConstNameG(TDiagBase& w, int line, int constNr, wview text, const char* const (&codes)[3]);
+
+// The error of a small letter (`lower`) or of another character that is not
+// a capital or digit in an address constant, under `code`.
+void SayAdrConstCharG(TDiagBase& w, int line, int constNr, wview text, bool lower, const char* code);
+
 // The value of a checked hexadecimal text ("#" and up to four digits), from
 // 0 to 65535; -1 after a program fault.
 int32_t HexStrToIntG(wview text);

@@ -269,54 +269,6 @@ int TakeOutOprndsAtDC(TCorrectScode& c, int line) {
 }
 
 // ---------------------------------------------------------------------------
-namespace {
-
-// An address constant of DC: capitals and digits, eight characters at most.
-int CkDcAdrConst(TCorrectScode& c, int line, int nr, const wstr& t) {
-  wstr q = QuoteW(t);
-  bool lower = false, other = false;
-  for (char16_t ch : t) {
-    if (IsLower(ch)) lower = true;
-    else if (!IsUpper(ch) && !IsDigit(ch)) other = true;
-  }
-  if (other) {
-    if (c.IsJ()) {
-      Say(c, kError, line, {u"アドレス定数の中に英大文字と数字以外の文字がある。"}, "DC40036E", q, Head::ConstNr, nr);
-    } else {
-      Say(c, kError, line,
-          {u"An address constant should be written in capital alphanumeric letters. "
-           u"There is a non-alphanumeric character in the constant. "},
-          "DC40036E", q, Head::ConstNr, nr);
-    }
-    return -1;
-  }
-  if (lower) {
-    if (c.IsJ()) {
-      Say(c, kError, line, {u"アドレス定数の中に小文字がある。 ", u"CASL2 では小文字は使えない。"}, "DC41036E", q,
-          Head::ConstNr, nr);
-    } else {
-      Say(c, kError, line, {u"There is a small letter in the address constant. ", u"A small letter is not allowed in casl2. "},
-          "DC41036E", q, Head::ConstNr, nr);
-    }
-    return -1;
-  }
-  if (t.size() > 8) {
-    if (c.IsJ()) {
-      Say(c, kError, line, {u"アドレス定数は８文字以内の制限がある。 " + WNum(t.size()) + u" 文字ある。 "},
-          "DC42036E", q, Head::ConstNr, nr);
-    } else {
-      Say(c, kError, line,
-          {u"An address constant must be 1 to 8 characters in length. There are " + WNum(t.size()) +
-           u" characters in it. "},
-          "DC42036E", q, Head::ConstNr, nr);
-    }
-    return -1;
-  }
-  return 0;
-}
-
-}  // namespace
-
 int CkDC33NW(TCorrectScode& c, int line) {
   SrcLineW* lp = CheckedLine(line);
   if (!lp) return -1;
@@ -336,7 +288,8 @@ int CkDC33NW(TCorrectScode& c, int line) {
       if (CkDecConstG(c, line, nr, t, "0A4D7788") < 0) rc = -1;
     } else if (IsUpper(f)) {
       op.DataTypeStrFlag = "AdrConst";
-      if (CkDcAdrConst(c, line, nr, t) < 0) return -1;
+      static const char* const kCodes[3] = {"DC40036E", "DC41036E", "DC42036E"};
+      if (CkAdrConstNameG(c, line, nr, t, kCodes) < 0) return -1;
     } else if (f == u'\'') {
       op.DataTypeStrFlag = "CharConst";
       bool closed = false;

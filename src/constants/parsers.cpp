@@ -162,6 +162,53 @@ int IsStrConstClosedGL10CS(TDiagBase& w, int line, wview text, int pos) {
   return -1;
 }
 
+void SayAdrConstCharG(TDiagBase& w, int line, int constNr, wview text, bool lower, const char* code) {
+  wstr q = QuoteW(text);
+  Head h = HeadOf(constNr);
+  if (lower) {
+    if (w.IsJ()) {
+      Say(w, kError, line, {u"アドレス定数の中に小文字がある。 ", u"CASL2 では小文字は使えない。"}, code, q, h, constNr);
+    } else {
+      Say(w, kError, line, {u"There is a small letter in the address constant. ", u"A small letter is not allowed in casl2. "},
+          code, q, h, constNr);
+    }
+  } else if (w.IsJ()) {
+    Say(w, kError, line, {u"アドレス定数の中に英大文字と数字以外の文字がある。"}, code, q, h, constNr);
+  } else {
+    Say(w, kError, line,
+        {u"An address constant should be written in capital alphanumeric letters. "
+         u"There is a non-alphanumeric character in the constant. "},
+        code, q, h, constNr);
+  }
+}
+
+int CkAdrConstNameG(TDiagBase& w, int line, int constNr, wview text, const char* const (&codes)[3]) {
+  bool lower = false, other = false;
+  for (char16_t ch : text) {
+    if (IsLower(ch)) lower = true;
+    else if (!IsUpper(ch) && !IsDigit(ch)) other = true;
+  }
+  if (other || lower) {
+    SayAdrConstCharG(w, line, constNr, text, !other, other ? codes[0] : codes[1]);
+    return -1;
+  }
+  if (text.size() > 8) {
+    wstr q = QuoteW(text);
+    Head h = HeadOf(constNr);
+    if (w.IsJ()) {
+      Say(w, kError, line, {u"アドレス定数は８文字以内の制限がある。 " + WNum(text.size()) + u" 文字ある。 "}, codes[2], q,
+          h, constNr);
+    } else {
+      Say(w, kError, line,
+          {u"An address constant must be 1 to 8 characters in length. There are " + WNum(text.size()) +
+           u" characters in it. "},
+          codes[2], q, h, constNr);
+    }
+    return -1;
+  }
+  return 0;
+}
+
 int CountWordKazuAtCharConst_NAWCS(wview text) {
   if (text.empty() || text[0] != u'\'') {
     con::out << u"Prg. Error: 文字列定数の先頭文字がアポストロフィ（’）で受け取ることになっている。　"

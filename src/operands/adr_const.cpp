@@ -208,43 +208,9 @@ void SetSecondWord(SrcLineW& ln, int32_t v) {
 // A label or a program name.
 int AdrConstName(TCorrectScode& c, int line, const wstr& t) {
   SrcLineW& ln = L(line);
+  static const char* const kCodes[3] = {"AC20036E", "AC21036E", "AC22036E"};
+  if (CkAdrConstNameG(c, line, 0, t, kCodes) < 0) return -1;
   wstr q = QuoteW(t);
-  bool lower = false, other = false;
-  for (char16_t ch : t) {
-    if (IsLower(ch)) lower = true;
-    else if (!IsUpper(ch) && !IsDigit(ch)) other = true;
-  }
-  if (other) {
-    if (c.IsJ()) {
-      Say(c, kError, line, {u"アドレス定数の中に英大文字と数字以外の文字がある。"}, "AC20036E", q);
-    } else {
-      Say(c, kError, line,
-          {u"An address constant should be written in capital alphanumeric letters. "
-           u"There is a non-alphanumeric character in the constant. "},
-          "AC20036E", q);
-    }
-    return -1;
-  }
-  if (lower) {
-    if (c.IsJ()) {
-      Say(c, kError, line, {u"アドレス定数の中に小文字がある。 ", u"CASL2 では小文字は使えない。"}, "AC21036E", q);
-    } else {
-      Say(c, kError, line, {u"There is a small letter in the address constant. ", u"A small letter is not allowed in casl2. "},
-          "AC21036E", q);
-    }
-    return -1;
-  }
-  if (t.size() > 8) {
-    if (c.IsJ()) {
-      Say(c, kError, line, {u"アドレス定数は８文字以内の制限がある。 " + WNum(t.size()) + u" 文字ある。 "}, "AC22036E", q);
-    } else {
-      Say(c, kError, line,
-          {u"An address constant must be 1 to 8 characters in length. There are " + WNum(t.size()) +
-           u" characters in it. "},
-          "AC22036E", q);
-    }
-    return -1;
-  }
   int p = FindPrgNameNW(t);
   if (p >= 0) {
     PrgDataW& pd = b->vecPrgW[static_cast<size_t>(p)];
@@ -443,24 +409,7 @@ int CkAdrConst20NWCS(TCorrectScode& c, int line, int slotNr) {
   // Anything else cannot name a label: small letters first, then the rest.
   bool lower = false;
   for (char16_t ch : t) lower = lower || IsLower(ch);
-  wstr q = QuoteW(t);
-  if (lower) {
-    if (c.IsJ()) {
-      Say(c, kError, line, {u"アドレス定数の中に小文字がある。 ", u"CASL2 では小文字は使えない。"}, "AC21036E", q);
-    } else {
-      Say(c, kError, line, {u"There is a small letter in the address constant. ", u"A small letter is not allowed in casl2. "},
-          "AC21036E", q);
-    }
-  } else {
-    if (c.IsJ()) {
-      Say(c, kError, line, {u"アドレス定数の中に英大文字と数字以外の文字がある。"}, "AC20036E", q);
-    } else {
-      Say(c, kError, line,
-          {u"An address constant should be written in capital alphanumeric letters. "
-           u"There is a non-alphanumeric character in the constant. "},
-          "AC20036E", q);
-    }
-  }
+  SayAdrConstCharG(c, line, 0, t, lower, lower ? "AC21036E" : "AC20036E");
   return -1;
 }
 
