@@ -24,15 +24,6 @@ bool In(wview op, std::initializer_list<wview> list) {
   return false;
 }
 
-bool ClipRange(int prg, int& first, int& end) {
-  if (prg < 0 || prg >= static_cast<int>(b->vecPrgW.size())) return false;
-  const PrgDataW& p = b->vecPrgW[static_cast<size_t>(prg)];
-  first = p.prgFirstLine < 0 ? 0 : p.prgFirstLine;
-  end = p.prgEndLine;
-  if (end > static_cast<int>(b->vecSrcW.size())) end = static_cast<int>(b->vecSrcW.size());
-  return true;
-}
-
 // The text of an operand-less line (or of what stands behind the operand of
 // POP and DS) into commentStr, trimmed of blanks, tabs and U+3000.
 void TextToComment(SrcLineW& s, wview text) {
@@ -57,7 +48,7 @@ bool Gate(TDiagBase& game) {
 
 int ExtractAllOprndsNWCS(int prg) {
   int first = 0, end = 0;
-  if (!ClipRange(prg, first, end)) return 0;
+  if (!rules::PrgLines(prg, first, end)) return 0;
   for (int i = first; i < end; ++i) {
     SrcLineW& s = L(i);
     const wstr& op = s.opStr;

@@ -14,6 +14,18 @@ namespace rules {
 
 inline SrcLineW& L(int line) { return b->vecSrcW[static_cast<size_t>(line)]; }
 
+// The lines of program `prg` from its first line up to (not including) its
+// END line, clipped to the lines of the file; false for an index without a
+// program.
+inline bool PrgLines(int prg, int& first, int& end) {
+  if (prg < 0 || prg >= static_cast<int>(b->vecPrgW.size())) return false;
+  const PrgDataW& p = b->vecPrgW[static_cast<size_t>(prg)];
+  first = p.prgFirstLine < 0 ? 0 : p.prgFirstLine;
+  end = p.prgEndLine;
+  if (end > static_cast<int>(b->vecSrcW.size())) end = static_cast<int>(b->vecSrcW.size());
+  return true;
+}
+
 inline bool IsDigitW(char16_t ch) { return ch >= u'0' && ch <= u'9'; }
 inline bool IsUpperW(char16_t ch) { return ch >= u'A' && ch <= u'Z'; }
 inline bool IsLowerW(char16_t ch) { return ch >= u'a' && ch <= u'z'; }

@@ -77,16 +77,6 @@ void ClassA(wstr& t) {
   t = TrimW(t);
 }
 
-// The range START .. END-1 of a program, clipped to the lines.
-bool Range(int prg, int& first, int& end) {
-  if (prg < 0 || prg >= static_cast<int>(b->vecPrgW.size())) return false;
-  const PrgDataW& p = b->vecPrgW[static_cast<size_t>(prg)];
-  first = p.prgFirstLine < 0 ? 0 : p.prgFirstLine;
-  end = p.prgEndLine;
-  if (end > static_cast<int>(b->vecSrcW.size())) end = static_cast<int>(b->vecSrcW.size());
-  return true;
-}
-
 void LiteralError(int line, wview text, bool closedBadly) {
   wstr q = QuoteW(text);
   if (closedBadly) {
@@ -102,7 +92,7 @@ void LiteralError(int line, wview text, bool closedBadly) {
 
 int CutOprndCommentNW(int prg) {
   int first = 0, end = 0;
-  if (!Range(prg, first, end)) return 0;
+  if (!rules::PrgLines(prg, first, end)) return 0;
   for (int i = first; i < end; ++i) {
     SrcLineW& s = L(i);
     if (s.opStr.empty() || s.oprndComStr.empty()) continue;
@@ -128,7 +118,7 @@ int CutOprndCommentNW(int prg) {
 
 int TrimOprndComStrNW(int prg) {
   int first = 0, end = 0;
-  if (!Range(prg, first, end)) return 0;
+  if (!rules::PrgLines(prg, first, end)) return 0;
   for (int i = first; i < end; ++i) L(i).oprndComStr = TrimW(L(i).oprndComStr);
   return 0;
 }
@@ -213,7 +203,7 @@ int ExtractOprnd5NW(int line, const std::array<wstr*, 5>& slots, int& slotNr, in
 
 int SplitOprndsNW(int prg) {
   int first = 0, end = 0;
-  if (!Range(prg, first, end)) return 0;
+  if (!rules::PrgLines(prg, first, end)) return 0;
   for (int i = first; i < end; ++i) {
     SrcLineW& s = L(i);
     if (s.opStr == u"DC") continue;
