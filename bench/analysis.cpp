@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "../tests/fresh_records.h"
+
 #include "lines/scanner.h"
 #include "operands/adr_const.h"
 #include "records/console.h"
@@ -39,13 +41,7 @@ std::vector<wstr> Generate() {
 }
 
 void Load(const std::vector<wstr>& lines) {
-  ResetBasicData();
-  ResetCorrectScode();
-  ResetFileData();
-  fileData->ZeroCounters();
-  b->ZeroCounters();
-  cs->ZeroCounters();
-  msgLog->ClearMsgLog();
+  FreshRecords();
   ResetAdrLookupNW();
   for (const wstr& l : lines) {
     SrcLineW s;

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "../tests/fresh_records.h"
+
 #include "codegen/codegen.h"
 #include "comet2/comet2.h"
 #include "records/console.h"
@@ -73,13 +75,7 @@ void PrepareFiles() {
 // One pass of the pipeline from the loaded lines to the assembled report.
 // Returns an empty text on success, else what went wrong.
 std::string AssembleOnce(TDiagBase& game) {
-  ResetBasicData();
-  ResetCorrectScode();
-  ResetFileData();
-  fileData->ZeroCounters();
-  b->ZeroCounters();
-  cs->ZeroCounters();
-  msgLog->ClearMsgLog();
+  FreshRecords();
   SetLang(1);
   b->SrcFileName = g_srcPath;
   if (OpenFileUTF8toVecW(g_srcPath) != 0) return "read";

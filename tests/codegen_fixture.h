@@ -26,6 +26,8 @@
 #include "reports/report.h"
 #include "structure/structure.h"
 
+#include "fresh_records.h"
+
 namespace cgtest {
 
 struct Captured {
@@ -35,13 +37,7 @@ struct Captured {
 };
 
 inline void ResetAll(int lang = 1) {
-  ResetBasicData();
-  ResetCorrectScode();
-  ResetFileData();
-  fileData->ZeroCounters();
-  b->ZeroCounters();
-  cs->ZeroCounters();
-  msgLog->ClearMsgLog();
+  FreshRecords();
   ResetAdrLookupNW();
   ResetReportHintCounts();
   SetLang(lang);

@@ -15,6 +15,8 @@
 #include "records/singletons.h"
 #include "records/stages.h"
 
+#include "fresh_records.h"
+
 namespace srctest {
 
 using Texts = std::vector<std::u16string>;
@@ -37,13 +39,7 @@ class Fixture : public ::testing::Test {
   std::filesystem::path dir;
 
   void Fresh(int lang = 1) {
-    ResetBasicData();
-    ResetCorrectScode();
-    ResetFileData();
-    b->ZeroCounters();
-    cs->ZeroCounters();
-    fileData->ZeroCounters();
-    msgLog->ClearMsgLog();
+    FreshRecords();
     SetLang(lang);
     b->SimpleTitleIndex = 0;
     fileData->LastSrcFile = "t.txt";
