@@ -444,16 +444,6 @@ Branch BranchOf(const wstr& op, int wk) {
   return Branch::None;
 }
 
-WordRecT<wstr> Word(int32_t code, int rl, int ab, int line, wstr note = wstr()) {
-  WordRecT<wstr> w;
-  w.wordCode = code;
-  w.rlAdr = rl;
-  w.abAdr = ab;
-  w.line = line;
-  w.wordNote = std::move(note);
-  return w;
-}
-
 // A line whose words are made before the pass (DC, START with an operand):
 // it and its words get their addresses from rl and ab, which then move on
 // by its word count.
@@ -470,6 +460,16 @@ void PlaceMadeWords(SrcLineW& ln, int line, int& rl, int& ab) {
 }
 
 }  // namespace
+
+WordRecT<wstr> MakeWord(int32_t code, int rl, int ab, int line, wstr note) {
+  WordRecT<wstr> w;
+  w.wordCode = code;
+  w.rlAdr = rl;
+  w.abAdr = ab;
+  w.line = line;
+  w.wordNote = std::move(note);
+  return w;
+}
 
 int AdrCk53NWCS(int prg) {
   TCorrectScode& c = *cs;
@@ -498,8 +498,8 @@ int AdrCk53NWCS(int prg) {
         int slot = BranchOf(ln.opStr, ln.word_kazu) == Branch::TwoWordSlot1 ? 1 : 2;
         if (CkAdrConst20NWCS(c, i, slot) == 0) {
           ln.vecWord.clear();
-          ln.vecWord.push_back(Word(ln.first_word, rl, ab, i));
-          ln.vecWord.push_back(Word(ln.second_word, rl + 1, ab + 1, i));
+          ln.vecWord.push_back(MakeWord(ln.first_word, rl, ab, i));
+          ln.vecWord.push_back(MakeWord(ln.second_word, rl + 1, ab + 1, i));
           ln.rlAdr = rl;
           ln.abAdr = ab;
           rl += 2;
@@ -509,7 +509,7 @@ int AdrCk53NWCS(int prg) {
       }
       case Branch::OneWord:
         ln.vecWord.clear();
-        ln.vecWord.push_back(Word(ln.first_word, rl, ab, i));
+        ln.vecWord.push_back(MakeWord(ln.first_word, rl, ab, i));
         ln.rlAdr = rl;
         ln.abAdr = ab;
         rl += 1;
@@ -527,7 +527,7 @@ int AdrCk53NWCS(int prg) {
         ln.vecWord.reserve(static_cast<size_t>(n));
         for (int k = 0; k < n; ++k) {
           wstr note = static_cast<size_t>(k) < kNote.size() ? kNote.substr(static_cast<size_t>(k)) : wstr();
-          ln.vecWord.push_back(Word(0, rl + k, ab + k, i, std::move(note)));
+          ln.vecWord.push_back(MakeWord(0, rl + k, ab + k, i, std::move(note)));
         }
         rl += n;
         ab += n;
@@ -557,7 +557,7 @@ int AdrCk53NWCS(int prg) {
         ln.first_word = br == Branch::Ret ? (InstrCode("RET", OpForm::None) << 8) : 0;
         const char16_t* note = br == Branch::Nop ? u"NOP" : br == Branch::Ret ? u"RET" : u"START";
         ln.vecWord.clear();
-        ln.vecWord.push_back(Word(ln.first_word, rl, ab, i, note));
+        ln.vecWord.push_back(MakeWord(ln.first_word, rl, ab, i, note));
         ln.rlAdr = rl;
         ln.abAdr = ab;
         rl += 1;

@@ -23,6 +23,10 @@ int CkAdrOperandNWCS(TCorrectScode& c, int line, int slotNr);
 // Counts on `cs`. Returns 0, or -1 when a line had no branch.
 int AdrCk53NWCS(int prg);
 
+// One entry of a line's vecWord: the word, its two addresses, the line and
+// a note for the report.
+WordRecT<wstr> MakeWord(int32_t code, int rl, int ab, int line, wstr note = wstr());
+
 // Resolves the address operand of slot `slotNr` (1 or 2, cut of its comma)
 // of `line`: program names of the file first, then the labels of the line's
 // program, hexadecimal and decimal constants, literals. Sets second_word (and

@@ -25,16 +25,6 @@ int32_t PopWord(int r) { return InstrCode("POP", OpForm::R) << 8 | r << 4; }
 int32_t LadWord(int r) { return InstrCode("LAD", OpForm::RAdrX) << 8 | r << 4; }
 int32_t SvcWord() { return InstrCode("SVC", OpForm::AdrX) << 8; }
 
-WordRecT<wstr> Word(int32_t code, int rl, int ab, int line, wstr note = wstr()) {
-  WordRecT<wstr> w;
-  w.wordCode = code;
-  w.rlAdr = rl;
-  w.abAdr = ab;
-  w.line = line;
-  w.wordNote = std::move(note);
-  return w;
-}
-
 void NoMacro(TCorrectScode& c, int line, const wstr& op, wview english) {
   if (c.IsJ()) {
     Say(c, kError, line, {u"該当するマクロ命令がない。"}, "MC19036E", QuoteW(op));
@@ -249,7 +239,7 @@ int InOut1NWCS(TCorrectScode& c, int line) {
   const int32_t words[12] = {PushWord(1), 0, PushWord(2), 0, LadWord(1), adr[0], LadWord(2), adr[1],
                              SvcWord(),   svcNr, PopWord(2), PopWord(1)};
   ln.vecWord.clear();
-  for (int k = 0; k < 12; ++k) ln.vecWord.push_back(Word(words[k], rl + k, ab + k, line, k == 0 ? u"MacroINorOUT" : u""));
+  for (int k = 0; k < 12; ++k) ln.vecWord.push_back(MakeWord(words[k], rl + k, ab + k, line, k == 0 ? u"MacroINorOUT" : u""));
   return rc;
 }
 
@@ -264,8 +254,8 @@ int ExpandRPushNW(int line, int& rlAdr, int& abAdr) {
   ln.abAdr = abAdr;
   ln.vecWord.clear();
   for (int n = 1; n <= 7; ++n) {
-    ln.vecWord.push_back(Word(PushWord(n), rlAdr++, abAdr++, line, u"A part of RPOP"));
-    ln.vecWord.push_back(Word(0, rlAdr++, abAdr++, line, u"An adr part of RPOP"));
+    ln.vecWord.push_back(MakeWord(PushWord(n), rlAdr++, abAdr++, line, u"A part of RPOP"));
+    ln.vecWord.push_back(MakeWord(0, rlAdr++, abAdr++, line, u"An adr part of RPOP"));
   }
   return 0;
 }
@@ -279,6 +269,6 @@ int ExpandRPopNW(int line, int& rlAdr, int& abAdr) {
   ln.rlAdr = rlAdr;
   ln.abAdr = abAdr;
   ln.vecWord.clear();
-  for (int n = 7; n >= 1; --n) ln.vecWord.push_back(Word(PopWord(n), rlAdr++, abAdr++, line, u"A part of of RPOP"));
+  for (int n = 7; n >= 1; --n) ln.vecWord.push_back(MakeWord(PopWord(n), rlAdr++, abAdr++, line, u"A part of of RPOP"));
   return 0;
 }
