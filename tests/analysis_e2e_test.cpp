@@ -26,8 +26,8 @@ TEST(AnalysisE2e, MessagesSummaryAndGates) {
            // stages to the warnings menu.
            {1, "PRG\tSTART\n\tLD\tGR1,A\nB\tNOP\n\tRET\nA\tDC\t1\n\tEND\n", "",
             {"Note : line 3:  \"B\"  Unreferenced label  \n", "Successfully Assembled!"}, "#1010"},
-           {1, "PRG\tSTART\n\tLD\tGR1,GR2,\n\tRET\n\tEND\n", "2\n",
-            {"Warning : line 2: A comma is of no use", "Successfully Assembled!", "1.  Go on this execution. "}, "#1412"},
+           {1, "PRG\tSTART\n\tADDA\tGR1,GR2,\n\tRET\n\tEND\n", "2\n",
+            {"Warning : line 2: A comma is of no use", "Successfully Assembled!", "1.  Go on this execution. "}, "#2412"},
        }) {
     SCOPED_TRACE(c.source);
     e2e::RunSpec rs;

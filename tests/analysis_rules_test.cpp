@@ -74,9 +74,12 @@ const std::vector<Row> kRows{
     {1, {"\tLD\tGR1,GR8", "\tRET", "GR8\tDS\t1"}, {0, 0, 0, 0}, "", "", 0x1010, 2},
     {1, {"\tADDA\tGR1,GR1X", "\tRET", "GR1X\tDC\t1"}, {1, 0, 0, 0},
      "Error : line 2:  \"GR1X\" An exact general register name is expected. \n", "58BD44FA"},
-    {1, {"\tLD\tGR1,GR2,", "\tRET"}, {0, 1, 0, 0}, "Warning : line 2: A comma is of no use at the right side of the "
-     "2nd operand register. Either a space or a semicolon is suitable at the right side of the 2nd operand register. "
-     "The following description is regarded as a comment in the line. \n", "4F3F5969", 0x1412, 1},
+    {1, {"\tADDA\tGR1,GR2,", "\tRET"}, {0, 1, 0, 0}, "Warning : line 2: A comma is of no use at the right side of "
+     "the 2nd operand register. Either a space or a semicolon is suitable at the right side of the 2nd operand "
+     "register. The following description is regarded as a comment in the line. \n", "4F3F5969", 0x2412, 1},
+    // LD reads GR2 with a comma as an address operand that waits for an index.
+    {1, {"\tLD\tGR1,GR2,", "\tRET"}, {1, 1, 0, 0}, "~Error : line 2:  \"GR2,\" :   Although", "AC13036W A3C5E001",
+     0x1010, 2},
     {0, {"\tSUBL\tGR1,GR2,", "\tRET"}, {0, 1, 0, 0}, "警告： 2 行目： ２つ目のレジスターの右にコンマは不要です。"
      "２つ目のレジスターの右には空白又はセミコロンの記述が適正です。空白以降はコメントとなる。 \n"},
     {1, {"\tADDL\tGR1,GR2,GR3", "\tRET"}, {0, 1, 0, 0}, "Warning : line 2: The comma is of no use at the right side "
@@ -123,9 +126,10 @@ const std::vector<Row> kRows{
     {0, {"\tSVC\t2", "\tRET"}, {0, 1, 0, 0}, "~警告： 2 行目：  ソースコードに直接 SVC 命令を記述しないでください。"},
     // POP.
     {1, {"\tPOP\tGR2,", "\tPOP", "\tPOP\tA", "\tRET"}, {2, 0, 0, 0}, "Error : line 3: There is not any GRn at the "
-     "right side of POP. \nError : line 4: A: An exact register name is expected at the right side of POP. \n", "",
+     "right side of POP. \nError : line 4: An exact register name is expected at the right side of POP. \n", "",
      0x7120, 1},
-    {0, {"\tPOP", "\tRET"}, {1, 0, 0, 0}, "エラー： 2 行目： POP の右にレジスター名がない。\n"},
+    {0, {"\tPOP", "\tPOP\tA", "\tRET"}, {2, 0, 0, 0},
+     "エラー： 2 行目： POP の右にレジスター名がない。\nエラー： 3 行目： A: POP の右に正しいレジスター名が必要。\n"},
     // The index register.
     {1, {"\tLD\tGR1,A,GR3,", "\tLD\tGR1,A,GR0", "\tLD\tGR1,A,X", "\tJUMP\tA,gr1", "\tRET", "A\tDC\t1"}, {4, 1, 0, 0},
      "Warning : line 2: A comma is of no use at the right side of the the index register. \nError : line 3: GR0 "

@@ -103,8 +103,8 @@ int AddressForm(TCorrectScode& c, int line, wview m, bool twoForms) {
 }
 
 // LD, ADDA, ADDL, SUBA, SUBL, AND, OR, XOR, CPA, CPL. LD takes a register as
-// second operand only when its name stands alone (a comma may follow), so
-// that GR1X is a label.
+// second operand only when the slot is exactly three characters long, so
+// that GR1X (and GR1 with a comma) is an address operand.
 int RegisterFamily(TCorrectScode& c, int line, wview m) {
   const FamilyRow& r = Row(m);
   if (FirstRegister(c, line, r)) return 1;
@@ -112,7 +112,7 @@ int RegisterFamily(TCorrectScode& c, int line, wview m) {
   const wstr& o2 = s.oprnd2ChH;
   bool isLd = m == u"LD";
   bool reg = StartsGR(o2, u'0', u'7');
-  if (isLd && reg && !(o2.size() == 3 || o2[3] == u',')) {
+  if (isLd && reg && o2.size() != 3) {
     reg = false;
     s.first_word &= ~0xF;
   }
