@@ -123,7 +123,7 @@ int CkOpPopOprndNW(TCorrectScode& c, int line, wview mnemonic) {
   }
   if (GRxLabelAll10NWCS(c, line, false)) return 0;
   SayJE(c, kError, line, {slot + u": " + m + u" の右に正しいレジスター名が必要。"},
-        {slot + u": " + u"An exact register name is expected " + (u"at the right side of " + m + u". ")}, "8C3E2002",
+        {u"An exact register name is expected " + (u"at the right side of " + m + u". ")}, "8C3E2002",
         QuoteW(slot));
   return 1;
 }
