@@ -48,6 +48,8 @@ TEST_F(Comet2Os, InputOfTypedLinesEmptyLinesTheEndLongLinesAndWideCharacters) {
       {"300 characters count 256", Services(1, 1), {}, {{"M99", 256}}, {}, {}, a300 + "\n"},
       {"Japanese characters", Services(1, 1), {}, Cells(100, u"日本語", {{"M99", 3}}), {}, {}, "日本語\r\n"},
       {"a surrogate pair", Services(1, 1), {}, Cells(100, u"a\xD83D\xDE00", {{"M99", 3}}), {}, {}, "a\U0001F600\n"},
+      {"a NUL byte ends the text", Services(1, 1), {{"M102", 'Q'}}, Cells(100, u"ab", {{"M99", 2}, {"M102", 'Q'}}),
+       {}, {}, std::string("ab\0cd\n", 6)},
       // The cut at 256 bytes keeps 85 whole characters of three bytes and a broken last one.
       {"100 characters of three bytes", Services(1, 1), {}, {{"M99", 86}, {"M184", u'あ'}, {"M185", 0xFFFD}}, {},
        {}, a100 + "\n"},

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "comet2/run.h"
 #include "records/console.h"
@@ -50,7 +51,9 @@ void InputService(Tcomet2& mc) {
   const std::optional<std::string> typed = con::ReadLineForIn(kInMaxBytes, cut);
   con::Rewind();
 
-  const wstr units = typed ? Utf8ToU16(*typed) : wstr();
+  // The typed bytes are converted as a NUL-terminated text: a NUL byte typed
+  // into the line ends it there.
+  const wstr units = typed ? Utf8ToU16(std::string_view(*typed).substr(0, typed->find('\0'))) : wstr();
   int count = static_cast<int>(units.size());
   if (count > 255) count = kInMaxCount;
 
