@@ -162,12 +162,13 @@ TEST(E2eShell, ErrorSummaryMissingFileAndWarningsMenu) {
                             "メニュウ番号を入力してください。 \n";
   for (auto [mode, lang] : {std::pair{"NWW", 1}, {"WP", 1}, {"NWW", 0}, {"WP", 0}}) {
     SCOPED_TRACE(mode + std::to_string(lang));
-    // A missing file; the warned one: 2 and "x" go back, 1 runs; a file with errors (no START, no END).
-    e2e::RunResult r = Drill(Ini(mode, lang), "\n1\nnothing\n\n1\nsrc/w\n2\n1\nsrc/w\nx\n11\n1\n\n1\nsrc/bad\n\n",
+    // A missing file; the warned one: 2, "x" and a bare line end go back, 1 runs; a file with errors (no START,
+    // no END).
+    e2e::RunResult r = Drill(Ini(mode, lang), "\n1\nnothing\n\n1\nsrc/w\n2\n1\nsrc/w\nx\n11\n\n11\n1\n\n1\nsrc/bad\n\n",
                              {{"src/bad.txt", "\tLD\tGR1,A\nA\tDC\t1\n"}, {"src/w.txt", Warned()}});
     EXPECT_EQ(count_occurrences(r.out, lang ? "The file is not found there. *" : "ファイルが見つかりませんでした。"), 1u);
-    EXPECT_EQ(count_occurrences(r.out, lang ? "1 warning: \n" : "1 個の 警告 がある。\n"), 3u) << r.out;
-    EXPECT_EQ(count_occurrences(r.out, lang ? menuE : menuJ), 3u) << r.out;
+    EXPECT_EQ(count_occurrences(r.out, lang ? "1 warning: \n" : "1 個の 警告 がある。\n"), 4u) << r.out;
+    EXPECT_EQ(count_occurrences(r.out, lang ? menuE : menuJ), 4u) << r.out;
     EXPECT_EQ(count_occurrences(r.out, "SUM(1..5) = 15"), 1u) << r.out;
     EXPECT_EQ(count_occurrences(r.out, lang ? "There is 1 error to be corrected. \n\nCorrect the codes and assemble"
                                               " them again.\n" : " 個の エラー があるので修正が必要です。 \n"), 1u);

@@ -118,8 +118,10 @@ TEST(ConsoleTest, LongLinesLeaveTheirRestAndPipesEndTheProgram) {
   EXPECT_THROW(con::ReadLine(40), con::InputEnded);
 }
 
-TEST(ConsoleTest, WordsSkipLineEndsAndLeaveTheLineEnd) {
-  con::SetInputForTest("\n\n  12 \nnext\n");
+TEST(ConsoleTest, WordsStopAtABareLineEndAndLeaveTheLineEnd) {
+  con::SetInputForTest(" \t\r\n  12 \n\nnext\n");
+  EXPECT_EQ(con::ReadWord(40), "");
+  EXPECT_EQ(con::ReadLine(40), "");
   EXPECT_EQ(con::ReadWord(40), "12");
   EXPECT_EQ(con::ReadLine(40), " ");
   EXPECT_EQ(con::ReadLineSkipWs(40), "next");

@@ -79,11 +79,13 @@ struct Reader {
     return s;
   }
 
-  // Skips white space; false at the end of input.
-  bool SkipWs() {
+  // Skips white space, line ends too unless `stopAtLineEnd`; false at the
+  // end of input.
+  bool SkipWs(bool stopAtLineEnd = false) {
     for (;;) {
       if (!Fill()) return false;
       char c = buf[pos];
+      if (c == '\n' && stopAtLineEnd) return true;
       if (c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f') {
         ++pos;
         continue;
@@ -151,7 +153,7 @@ std::string ReadLineSkipWs(size_t maxBytes) {
 
 std::string ReadWord(size_t maxBytes) {
   Flush();
-  if (!g_in.SkipWs()) return AtEnd();
+  if (!g_in.SkipWs(true)) return AtEnd();
   std::string s;
   while (s.size() < maxBytes && g_in.Fill()) {
     char c = g_in.buf[g_in.pos];

@@ -59,8 +59,8 @@ std::string ReadLine(size_t maxBytes);
 // Skips white space (line ends included), then reads as ReadLine.
 std::string ReadLineSkipWs(size_t maxBytes);
 
-// Skips white space, then reads one blank-delimited word of at most maxBytes
-// bytes. The line end behind the word stays unread.
+// Skips blanks, then reads one blank-delimited word of at most maxBytes
+// bytes. A bare line end gives "". The line end behind the word stays unread.
 std::string ReadWord(size_t maxBytes);
 
 // The reader of IN: one line of at most maxBytes bytes, without ending the
