@@ -24,9 +24,11 @@ TEST_F(OperandDataMacroTest, Messages) {
         {u"2|IN|BUF,|LEN,", "Warning : line 2: A comma at the right side of the second operand is of no use.  It should "
                             "be deleted. \n",
          "警告： 2 行目： 二つ目のオペランドの右のコンマは不要です。空白が適切です。 \n", "MC13036W"},
-        {u"2|IN|GR1,|LEN", E + "GR1 ; Every reserved words (GR0-GR7) cannot be used as an operand of the macro "
+        {u"2|IN|GR1,|LEN", E + " ; Every reserved words (GR0-GR7) cannot be used as an operand of the macro "
                                "instruction. An operand of a macro must be a label in the program. (Spec. 2-4) \n",
-         J + "GR1 マクロ命令のオペランドに予約語( GR0 - GR7 )は使えない。ラベル で指定する。（仕様2-4）\n", "MC21036E"},
+         J + " マクロ命令のオペランドに予約語( GR0 - GR7 )は使えない。ラベル で指定する。（仕様2-4）\n", "MC21036E"},
+        {u"2|OUT|BUF,|GR7", E + " ; Every reserved words (GR0-GR7) cannot be used as an operand of the macro "
+                                "instruction. An operand of a macro must be a label in the program. (Spec. 2-4) \n"},
         {u"2|IN|#1000,|LEN", E + "An operand of IN must be a label in the program. (Spec. 2-4) \n",
          J + "IN と OUT のオペランドはラベルで指定する。（仕様２・４）\n", "MC23036E"},
         {u"2|OUT|BUF,|=5", E + "An operand of OUT must be a label in the program. (Spec. 2-4) \n"},

@@ -151,12 +151,11 @@ int InOut1NWCS(TCorrectScode& c, int line, int nr) {
     if (t.size() <= 8 && t.size() == 3 && t[0] == u'G' && t[1] == u'R' && t[2] >= u'0' && t[2] <= u'7') {
       if (c.IsJ()) {
         Say(c, kError, line,
-            {t + u" マクロ命令のオペランドに予約語( GR0 - GR7 )は使えない。ラベル で指定する。（仕様2-4）"}, "MC21036E",
-            q);
+            {u" マクロ命令のオペランドに予約語( GR0 - GR7 )は使えない。ラベル で指定する。（仕様2-4）"}, "MC21036E", q);
       } else {
         Say(c, kError, line,
-            {t + u" ; Every reserved words (GR0-GR7) cannot be used as an operand of the macro instruction. "
-                 u"An operand of a macro must be a label in the program. (Spec. 2-4) "},
+            {u" ; Every reserved words (GR0-GR7) cannot be used as an operand of the macro instruction. "
+             u"An operand of a macro must be a label in the program. (Spec. 2-4) "},
             "MC21036E", q);
       }
       return -1;
