@@ -193,6 +193,11 @@ TEST_F(Structure, StartOperandWords) {
   Prog(Progs({u"R START", u"S START"}));
   EXPECT_EQ(CkStartAdrOperandNW(0, u"S", 0), 0);
   EXPECT_EQ(b->vecPrgW[1].prgUsed, 1);
+  // The next file in the same records: a later program names the first.
+  Fresh();
+  Prog(Progs({u"T START", u"U START"}));
+  EXPECT_EQ(CkStartAdrOperandNW(1, u"T", 3), 0);
+  EXPECT_EQ(b->vecPrgW[0].prgUsed + Errors(), 1);
 }
 
 }  // namespace

@@ -29,20 +29,27 @@ wstr NameHead(TDiagBase& w, const wstr& quoted, int line) {
 
 bool IsCapital(char16_t c) { return c >= u'A' && c <= u'Z'; }
 
+// Goes up each time CkPrgNameNW stores a name, so that an index of the
+// names built before is known to be stale.
+unsigned g_prgNameGeneration = 0;
+
 // The program names of the file, indexed once: the first program of each
 // name, as the linear search from the front finds it. It is rebuilt when the
-// program records are another set than those it was built from.
+// program records are another set than those it was built from, or a name
+// was stored since: the records of the next pass reuse the same storage.
 struct PrgNameIndex {
   const PrgDataW* data = nullptr;
   size_t size = 0;
   int lastPrg = -1;
+  unsigned generation = 0;
   std::unordered_map<wstr, int> first;
 
   int Find(int prg, const wstr& name) {
     const std::vector<PrgDataW>& v = b->vecPrgW;
-    if (data != v.data() || size != v.size() || prg <= lastPrg) {
+    if (data != v.data() || size != v.size() || prg <= lastPrg || generation != g_prgNameGeneration) {
       data = v.data();
       size = v.size();
+      generation = g_prgNameGeneration;
       first.clear();
       for (size_t k = 0; k < v.size(); ++k) first.emplace(v[k].PrgName, static_cast<int>(k));
     }
@@ -164,6 +171,7 @@ int CkPrgNameNW(int prg) {
   }
   p.PrgName = TrimW(name);
   s.labelStr = p.PrgName;
+  ++g_prgNameGeneration;
   return 0;
 }
 
