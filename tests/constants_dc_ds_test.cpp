@@ -52,8 +52,8 @@ TEST_F(ConstantsDcDsTest, DcMessages) {
         {u"1,''", E + "The length of a literal character constant must be more than zero. It is not allowed to be zero. "
                       "(Spec. of CASL2 2.3 (4) Character Constant) \n",
          J + "文字定数の文字数は１個以上必要。０個は不可。 \n", "DC11036E"},
-        {u"'ab'x", E + "A character constant is not correctly closed. \nThe both ends of the constant must be enclosed "
-                       "by a pair of apostrophes. \nGood Example 1.:  'ABC' \nGood Example 2.:  'ABC '' 123'\nNote: An "
+        {u"1,'ab'x", E + N + "2: A character constant is not correctly closed. \nThe both ends of the constant must be "
+                       "enclosed by a pair of apostrophes. \nGood Example 1.:  'ABC' \nGood Example 2.:  'ABC '' 123'\nNote: An "
                        "apostrophye (') must be written twice consecutively in a character constant. \nSpec. of CASL2: "
                        "2.3 (4)\n", "", "889ADA7E"},
         {u"#FFFF,#ff,12A", E + N + "2: A hexadecimal number is written in 0-9 and A-F. A hexadecimal number is written "

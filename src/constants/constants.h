@@ -74,7 +74,7 @@ int32_t HexStrToIntG(wview text);
 // `pos` is the index of the closing apostrophe of a string constant in
 // `text`; what follows must be the end, ",", ";", or blanks leading to one of
 // them. Returns 0, or -1 after an error.
-int IsStrConstClosedGL10CS(TDiagBase& w, int line, wview text, int pos);
+int IsStrConstClosedGL10CS(TDiagBase& w, int line, wview text, int pos, int constNr = 0);
 
 // The words of a string constant (the text from its opening apostrophe): its
 // characters between the apostrophes, a doubled apostrophe counting one.

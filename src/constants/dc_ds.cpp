@@ -295,7 +295,7 @@ int CkDC33NW(TCorrectScode& c, int line) {
       bool closed = false;
       size_t chars = 0;
       size_t e = SkipString(t, 0, closed, chars);
-      if (!closed || IsStrConstClosedGL10CS(c, line, t, static_cast<int>(e) - 1) < 0) return -1;
+      if (!closed || IsStrConstClosedGL10CS(c, line, t, static_cast<int>(e) - 1, nr) < 0) return -1;
     } else {
       wstr q = QuoteW(t);
       std::vector<wstr> lines;

@@ -135,7 +135,7 @@ int32_t HexStrToIntG(wview text) {
   return static_cast<int32_t>(v & 0xFFFFu);
 }
 
-int IsStrConstClosedGL10CS(TDiagBase& w, int line, wview text, int pos) {
+int IsStrConstClosedGL10CS(TDiagBase& w, int line, wview text, int pos, int constNr) {
   if (pos < 0 || static_cast<size_t>(pos) >= text.size()) {
     con::out << "Prg. Error: NULL==wchH, []" << con::endl;
     return -1;
@@ -149,7 +149,7 @@ int IsStrConstClosedGL10CS(TDiagBase& w, int line, wview text, int pos) {
         {q + u": 文字定数が正しく閉じていない。 ", u"文字定数は文字列の両側をアポストロフィで囲む。",
          u"例１． :　'ABC'  （正）", u"例２． :  'ABC '' 123'  （正）",
          u"文字定数の中のアポストロフィ（'）は、二個続けて書く。", u"CASL2の仕様：２．３　（４）"},
-        "889ADA7E", q);
+        "889ADA7E", q, HeadOf(constNr), constNr);
   } else {
     Say(w, kError, line,
         {u"A character constant is not correctly closed. ",
@@ -157,7 +157,7 @@ int IsStrConstClosedGL10CS(TDiagBase& w, int line, wview text, int pos) {
          u"Good Example 2.:  'ABC '' 123'",
          u"Note: An apostrophye (') must be written twice consecutively in a character constant. ",
          u"Spec. of CASL2: 2.3 (4)"},
-        "889ADA7E", q);
+        "889ADA7E", q, HeadOf(constNr), constNr);
   }
   return -1;
 }
