@@ -27,7 +27,8 @@ TEST_F(OperandDataMacroTest, Messages) {
         {u"2|IN|GR1,|LEN", E + " ; Every reserved words (GR0-GR7) cannot be used as an operand of the macro "
                                "instruction. An operand of a macro must be a label in the program. (Spec. 2-4) \n",
          J + " マクロ命令のオペランドに予約語( GR0 - GR7 )は使えない。ラベル で指定する。（仕様2-4）\n", "MC21036E"},
-        {u"2|OUT|BUF,|GR7", E + " ; Every reserved words (GR0-GR7) cannot be used as an operand of the macro "
+        // An error in the first operand ends the check: #12 is not looked at.
+        {u"2|OUT|GR7,|#12", E + " ; Every reserved words (GR0-GR7) cannot be used as an operand of the macro "
                                 "instruction. An operand of a macro must be a label in the program. (Spec. 2-4) \n"},
         {u"2|IN|#1000,|LEN", E + "An operand of IN must be a label in the program. (Spec. 2-4) \n",
          J + "IN と OUT のオペランドはラベルで指定する。（仕様２・４）\n", "MC23036E"},

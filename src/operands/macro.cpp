@@ -98,10 +98,9 @@ int macro2NWCS(TCorrectScode& c, int line) {
     return -1;
   }
   ln.word_kazu = 12;
-  int rc = 0;
-  if (InOut1NWCS(c, line, 1) != 0) rc = -1;
-  if (InOut1NWCS(c, line, 2) != 0) rc = -1;
-  return rc;
+  // An error in the first operand ends the check of the line.
+  if (InOut1NWCS(c, line, 1) != 0) return -1;
+  return InOut1NWCS(c, line, 2);
 }
 
 // ---------------------------------------------------------------------------
