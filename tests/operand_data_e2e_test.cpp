@@ -41,6 +41,12 @@ TEST(OperandDataE2e, ALiteralErrorHidesTheInstructionErrorsOfItsProgram) {
   EXPECT_TRUE(Has(r.out, "Error : line 2: A hexadecimal number should be written in four letters. \n")) << r.out;
   EXPECT_FALSE(Has(r.out, "NOWHERE")) << r.out;
   EXPECT_FALSE(Has(r.out, "Successfully Assembled!")) << r.out;
+  // A bare "=" leaves the edited text before the literal check: the address
+  // pass tells the learner, with no internal error.
+  r = Assemble("MAIN\tSTART\n\tLD\tGR1,=\n\tRET\n\tEND\n");
+  EXPECT_TRUE(Has(r.out, "Error : line 2:  \"=\"  cannot be read as a literal. \n")) << r.out;
+  EXPECT_TRUE(Has(r.out, "There is 1 error to be corrected. ")) << r.out;
+  EXPECT_FALSE(Has(r.out, "Prg")) << r.out;
 }
 
 TEST(OperandDataE2e, UndefinedLabelsAndDcAndDsErrorsInJapanese) {

@@ -381,9 +381,10 @@ int AdrConstLiteral(TCorrectScode& c, int line, const wstr& t) {
     SetSecondWord(ln, r.liteAbAdr);
     return 0;
   } else {
-    con::out << "Prg. Error: a literal of no known kind: " << t << con::endl;
-    con::out << PrgLocation(b->SrcFileName, line + 1, "CkAdrConst20NWCS") << con::endl;
-    ++c.ErrorKazu;
+    // A bare "=" is cut from the edited text before the literal check sees
+    // it; the learner gets that check's sentence for it here.
+    const wstr q = QuoteW(t);
+    Say(c, kError, line, {q + u" cannot be read as a literal. "}, "LT15036E", q);
     return -1;
   }
   ln.vecLiteConst.clear();
