@@ -5,6 +5,7 @@
 #include "operands/adr_const.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <unordered_map>
 #include <vector>
 
@@ -460,6 +461,14 @@ void PlaceMadeWords(SrcLineW& ln, int line, int& rl, int& ab) {
   ab += ln.word_kazu;
 }
 
+// An instruction's words, one after the other from the running addresses.
+void PlaceCodes(SrcLineW& ln, int line, int& rl, int& ab, std::initializer_list<int32_t> codes) {
+  ln.rlAdr = rl;
+  ln.abAdr = ab;
+  ln.vecWord.clear();
+  for (int32_t code : codes) ln.vecWord.push_back(MakeWord(code, rl++, ab++, line));
+}
+
 }  // namespace
 
 WordRecT<wstr> MakeWord(int32_t code, int rl, int ab, int line, wstr note) {
@@ -497,24 +506,11 @@ int AdrCk53NWCS(int prg) {
       case Branch::TwoWordSlot2:
       case Branch::TwoWordSlot1: {
         int slot = BranchOf(ln.opStr, ln.word_kazu) == Branch::TwoWordSlot1 ? 1 : 2;
-        if (CkAdrConst20NWCS(c, i, slot) == 0) {
-          ln.vecWord.clear();
-          ln.vecWord.push_back(MakeWord(ln.first_word, rl, ab, i));
-          ln.vecWord.push_back(MakeWord(ln.second_word, rl + 1, ab + 1, i));
-          ln.rlAdr = rl;
-          ln.abAdr = ab;
-          rl += 2;
-          ab += 2;
-        }
+        if (CkAdrConst20NWCS(c, i, slot) == 0) PlaceCodes(ln, i, rl, ab, {ln.first_word, ln.second_word});
         break;
       }
       case Branch::OneWord:
-        ln.vecWord.clear();
-        ln.vecWord.push_back(MakeWord(ln.first_word, rl, ab, i));
-        ln.rlAdr = rl;
-        ln.abAdr = ab;
-        rl += 1;
-        ab += 1;
+        PlaceCodes(ln, i, rl, ab, {ln.first_word});
         break;
       case Branch::Dc:
         PlaceMadeWords(ln, i, rl, ab);
