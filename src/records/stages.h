@@ -13,6 +13,12 @@ class Tcomet2;
 // vecSrcW. Returns the menu's value when not 0; else 0 when the file was
 // read and 1 when it was not.
 int LoadSourceW(std::string& fileName);
+// The narrow reader of the same: no detection of the encoding; the bytes of
+// each line are taken in the system code page, with the running mode's
+// limits on the characters of a line and the lines of a file.
+int LoadSourceA(std::string& fileName);
+// The reader of the running mode.
+int LoadSource(std::string& fileName);
 
 // Line scanner.
 void CopyRawLinesNW();
@@ -42,6 +48,8 @@ int Run3NW(Tcomet2& mc);
 
 // Writes a report file and shows its hint.
 int DspRegMry70NW(Tcomet2& mc, const std::string& reportName);
+// The same report without the column of execution counts.
+int DspRegMry68NA(Tcomet2& mc, const std::string& reportName);
 
 // The gate's sum: for each of the four counters, game's counter := the same
 // counter of TFileData + b + cs.

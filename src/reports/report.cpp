@@ -231,7 +231,9 @@ std::time_t ReportNow() {
 }
 
 // ---------------------------------------------------------------------------
-int DspRegMry70NW(Tcomet2& mc, const std::string& reportName) {
+namespace {
+
+int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
   const int maxMemory = b->MaxMemory < 0 ? 0 : b->MaxMemory;
   const int rows = maxMemory + 10 > kMemoryCells ? kMemoryCells : maxMemory + 10;
 
@@ -304,8 +306,10 @@ int DspRegMry70NW(Tcomet2& mc, const std::string& reportName) {
     PadLeft(out, U16ToUtf8(lab), W + 1, lab.size());
     out += ':';
     NumericRow(out, mc.Memory[a]);
-    PadLeft(out, std::to_string(mc.execCount[a]), countWidth);
-    out += ':';
+    if (countColumn) {
+      PadLeft(out, std::to_string(mc.execCount[a]), countWidth);
+      out += ':';
+    }
     int L = a < kNoLineFrom ? mc.lineOfAdr[a] : -1;
     if (L >= 0 && L < nLines && L != lastShown && !b->vecSrcW[L].opStr.empty()) {
       const SrcLineW& S = b->vecSrcW[L];
@@ -368,3 +372,9 @@ int DspRegMry70NW(Tcomet2& mc, const std::string& reportName) {
   }
   return 0;
 }
+
+}  // namespace
+
+int DspRegMry70NW(Tcomet2& mc, const std::string& reportName) { return WriteRegMry(mc, reportName, true); }
+
+int DspRegMry68NA(Tcomet2& mc, const std::string& reportName) { return WriteRegMry(mc, reportName, false); }

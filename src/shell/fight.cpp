@@ -17,18 +17,6 @@
 
 namespace {
 
-// name, tag, letter, carrier, log cleared at entry / at the head of a pass,
-// log repeated, editor index reported, compared with 8888.
-// AP, NA, NaW and NH run on the wide carrier of NWW.
-const FightMode kModes[] = {
-    {"NWW", "FightNWW", 'W', nullptr, false, false, false, false, false},
-    {"WP", "FightWP", 'W', "std::wstring<--UTF16", true, false, true, true, true},
-    {"AP", "FightAP", 'W', nullptr, false, false, false, false, false},
-    {"NA", "FightNA", 'W', nullptr, false, false, false, false, false},
-    {"NaW", "FightNaW", 'W', nullptr, false, false, false, false, false},
-    {"NH", "FightNH", 'W', nullptr, false, false, false, false, false},
-};
-
 // The language of `from` on both fields of game, b and cs.
 void SpreadLang(TGame& game, int lang) {
   game.SetLangBoth(lang);
@@ -52,6 +40,15 @@ void LeaveFight() {
   ResetFileData();
   FreeLineDetailsW();
   FreeLineDetailsA();
+}
+
+// The report of the mode: with or without the count of executions.
+void DspRegMryOfMode(const FightMode& mode, const std::string& name) {
+  if (mode.countColumn) {
+    DspRegMry70NW(*m, name);
+  } else {
+    DspRegMry68NA(*m, name);
+  }
 }
 
 // The programs of the file that have a record.
@@ -104,7 +101,7 @@ void RunStages(TGame& game, const FightMode& mode, int loadResult) {
   if (game.ErrorKazu > 0) return;
 
   CkLabelInUseNW();
-  CkPrgNameInUseNW();
+  if (mode.warnsUncalledPrg) CkPrgNameInUseNW();
   Sum(game);
   if (game.ErrorKazu > 0 || loadResult != 0) return;
   Sum(game);
@@ -135,7 +132,7 @@ void RunStages(TGame& game, const FightMode& mode, int loadResult) {
 
     con::out << (game.IsJ() ? u"アセンブル成功 " : u"Successfully Assembled! ");
     DspReportHintNW(game.Lang, ReportKind::Assembled, game.AssembledFileName);
-    DspRegMry70NW(*m, game.AssembledFileName);
+    DspRegMryOfMode(mode, game.AssembledFileName);
 
     bool run = true;
     if (game.WarningKazu != 0) {
@@ -145,7 +142,7 @@ void RunStages(TGame& game, const FightMode& mode, int loadResult) {
       Run3NW(*m);
       RunStatistics(*m);
       DspReportHintNW(game.Lang, ReportKind::Resultant, game.ResultantFileName);
-      DspRegMry70NW(*m, game.ResultantFileName);
+      DspRegMryOfMode(mode, game.ResultantFileName);
     }
   }
 
@@ -158,13 +155,6 @@ void RunStages(TGame& game, const FightMode& mode, int loadResult) {
 
 }  // namespace
 
-const FightMode& FightModeOf(const std::string& name) {
-  for (const FightMode& f : kModes) {
-    if (name == f.name) return f;
-  }
-  return kModes[0];
-}
-
 void CopyRawLinesNW() {
   for (SrcLineW& l : b->vecSrcW) l.editStr = l.rawStr;
 }
@@ -173,6 +163,7 @@ int Fight(TGame& game, const FightMode& mode) {
   ResetBasicData();
   ResetFileData();
   ResetCorrectScode();
+  SetCurrentMode(mode);
   if (mode.clearLogAtEntry) msgLog->ClearMsgLog();
   fileData->ModeLetter = mode.ModeLetter;
   if (mode.CarrierName) fileData->CarrierName = mode.CarrierName;
@@ -201,7 +192,7 @@ int Fight(TGame& game, const FightMode& mode) {
     if (game.ErrorKazu > 0) {
       timeVcl->stampAssembleEnd();
       if (mode.repeatLog) msgLog->DspMsgLog();
-      timeVcl->DspReadAssembleTime(mode.tag);
+      timeVcl->DspReadAssembleTime(mode.tag, mode.clockNameAfterErrors);
     }
     if (game.ErrorKazu > 0) ErrorSummary(game);
 
@@ -218,7 +209,7 @@ int Fight(TGame& game, const FightMode& mode) {
     game.CurrentFile = fileData->LastSrcFile;
     b->SetFileName(fileData->LastSrcFile);
 
-    int loadResult = LoadSourceW(fileName);
+    int loadResult = LoadSource(fileName);
     timeVcl->stampAssembleStart();
     SpreadLang(game, fileData->Lang);
 

@@ -166,6 +166,9 @@ int MainMenu(TFileData& fd, std::string& fileName) {
   // The pause: the learner reads what the last pass printed.
   if (fd.IsJ()) {
     con::out << u"\n入力（Enter）キィを押すと次へ進む。";
+  } else if (CurrentMode().enterHintAlwaysThe) {
+    // The twin of the fixed-table mode keeps no count of its pauses.
+    con::out << "\nPress the Enter key to go next. ";
   } else {
     con::out << (EnterHintCount == 0 ? "\nPress your Enter key to go next. " : "\nPress the Enter key to go next. ");
     ++EnterHintCount;

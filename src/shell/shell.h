@@ -5,6 +5,7 @@
 #include <array>
 #include <string>
 
+#include "records/mode.h"
 #include "records/records.h"
 
 // The main object. It lives on the stack of main.
@@ -43,22 +44,6 @@ int DispatchFight(TGame& game, const std::string& mode);
 void DspBanner(const std::string& modeName);
 // For tests: the banner counter back to 0.
 void ResetBannerCount();
-
-// One mode of the family: what differs between the Fights.
-struct FightMode {
-  const char* name;        // "NWW", "WP", ...
-  const char* tag;         // tag of the time line, "FightNWW"
-  char ModeLetter;         // 'W', 'w', 'A', 'H'
-  const char* CarrierName; // nullptr: not set
-  bool clearLogAtEntry;    // msgLog cleared at the Fight's entry
-  bool clearLogAtHead;     // ... and at the head of every pass
-  bool repeatLog;          // messages printed again before the time line
-  bool reportEditorIndex;  // TextEditorIndex out of range reported at entry
-  bool compare8888;        // loadResult compared with 8888, not 9000 and 7000
-};
-
-// The row of a Fight name ("NWW", "WP", "AP", "NA", "NaW", "NH").
-const FightMode& FightModeOf(const std::string& name);
 
 // The Fight loop of one mode: 0 for the end of the program, 8888 for a
 // change of mode.

@@ -7,6 +7,7 @@
 
 #include "records/console.h"
 #include "records/diag.h"
+#include "records/mode.h"
 #include "records/singletons.h"
 #include "records/stages.h"
 #include "reports/TimeVcl/time_vcl.h"
@@ -177,4 +178,73 @@ int LoadSourceW(std::string& fileName) {
     r = OpenFileUTF8toVecW(fileName);
   }
   return r == 0 ? 0 : 1;
+}
+
+int OpenFileNarrowToVec(const std::string& fileName, int maxLineChars, int maxLines) {
+  std::string bytes;
+  if (!ReadFileBytes(fileName, bytes)) {
+    ReportOpenFailure(fileName, "88886875");
+    return -3;
+  }
+  // The first pass counts the lines and tells of the first line that is too
+  // long; it is cut, and the load goes on.
+  size_t lineKazu = 0;
+  bool toldLong = false;
+  for (size_t pos = 0; pos < bytes.size(); ++lineKazu) {
+    std::string_view line = NextLine(bytes, pos);
+    if (maxLineChars > 0 && !toldLong && line.size() > static_cast<size_t>(maxLineChars)) {
+      toldLong = true;
+      if (fileData->Lang != 1) {
+        con::out << u"一行の中に " << static_cast<long long>(line.size()) << u" 文字ある。 ソースコード一行の制限文字数 "
+                 << maxLineChars << u" 文字（独自仕様）を超えている。 エラーにはなりませんが、制限文字数以上は読み込みません。 "
+                 << con::endl;
+      } else {
+        con::out << "There are " << static_cast<long long>(line.size())
+                 << " characters in the line. The assembler does not read more than " << maxLineChars
+                 << " characters in a line. (Spec. of drill asm): This could cause an error to assemble the line. "
+                 << con::endl;
+      }
+    }
+  }
+  if (maxLines > 0 && lineKazu > static_cast<size_t>(maxLines)) {
+    if (fileData->Lang != 1) {
+      con::out << u"ソースコードのおおよその制限（一つのファイルにつき） " << maxLines
+               << u"行 を超えています。行数を減らす工夫をしてご利用ください。 " << con::endl;
+    } else {
+      con::out << "There is a limitation to the number of the lines in a source code file. The maximum is "
+               << maxLines << " lines in a file. There are " << static_cast<long long>(lineKazu)
+               << " lines in your source code. You are expected to decrease the lines in your file. " << con::endl;
+    }
+    return -3;
+  }
+  if (lineKazu > kMaxSourceLines) {
+    ReportTooManyLines(fileName);
+    return -3;
+  }
+  std::vector<SrcLineA>& a = b->vecSrcA;
+  std::vector<SrcLineW>& w = b->vecSrcW;
+  a.clear();
+  w.clear();
+  a.reserve(lineKazu);
+  w.reserve(lineKazu);
+  for (size_t pos = 0; pos < bytes.size();) {
+    std::string_view line = NextLine(bytes, pos);
+    if (maxLineChars > 0 && line.size() > static_cast<size_t>(maxLineChars)) line = line.substr(0, maxLineChars);
+    a.emplace_back();
+    a.back().rawStr.assign(line);
+    Append(w, AnsiToWStr(line));
+  }
+  return 0;
+}
+
+int LoadSourceA(std::string& fileName) {
+  int menu = MainMenu(*fileData, fileName);
+  if (menu != 0) return menu;
+  timeVcl->stampReadFileStart();
+  const FightMode& mode = CurrentMode();
+  return OpenFileNarrowToVec(fileName, mode.maxLineChars, mode.maxLines) == 0 ? 0 : 1;
+}
+
+int LoadSource(std::string& fileName) {
+  return CurrentMode().reader == SourceReader::Narrow ? LoadSourceA(fileName) : LoadSourceW(fileName);
 }

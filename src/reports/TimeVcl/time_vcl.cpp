@@ -162,9 +162,9 @@ std::string TimeVcl::DetTimeDiff_MilliSecStrA_General(const std::string& phase) 
   }
 }
 
-void TimeVcl::DspReadAssembleTime(const char*) const {
+void TimeVcl::DspReadAssembleTime(const char*, bool clockName) const {
   con::out << u"(" << DetTimeDiff_GeneralW("ReadFileTime") << u", " << DetTimeDiff_GeneralW("AssembleTime")
-           << u") msec =(ReadFile, Assemble)Time " << TimeFuncStrW << u"  " << con::endl;
+           << u") msec =(ReadFile, Assemble)Time " << (clockName ? wview(TimeFuncStrW) : wview()) << u"  " << con::endl;
 }
 
 void TimeVcl::DspReadAssembleLinkTime(const char*) const {

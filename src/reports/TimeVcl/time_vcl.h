@@ -48,8 +48,9 @@ class TimeVcl {
   std::string DetTimeDiff_MilliSecStrA_General(const std::string& phase) const;
 
   // The time line after errors in the analysis, and the one after the link.
-  // `tag` names the Fight that writes it (kept for internal error lines).
-  void DspReadAssembleTime(const char* tag = "") const;
+  // `tag` names the Fight that writes it (kept for internal error lines);
+  // the first names the clock unless `clockName` is false.
+  void DspReadAssembleTime(const char* tag = "", bool clockName = true) const;
   void DspReadAssembleLinkTime(const char* tag = "") const;
 
  private:
