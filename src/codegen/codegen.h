@@ -37,6 +37,10 @@ void addressToLineMap();
 // The memory budget: 0 when the programs of the file fit in 65035 words,
 // -1 above 65535 words, -2 from 65036 to 65535. English messages only.
 int CkMaxMrySizeNW();
+// The budget of the fixed-table mode: 3500 words of DC and DS, 300 literal
+// words and 3500 words in all. 0 when the file fits, else the messages are
+// out and the result is not 0.
+int CkMaxMemory();
 
 // What the Fight does to the machine after a clean analysis and before
 // Link31NWGM: reset m, give it the language of b, and clear the registers,

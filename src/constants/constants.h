@@ -40,6 +40,11 @@ int OprndAtDS_NWCS(TCorrectScode& c, int line);
 // and the limits 65035 and 65535. Returns 0 or -1.
 int SetWordKazuAtDS_NWCS(TCorrectScode& c, int line);
 
+// The number of DC and DS lines of the programs up to `prg`, against the
+// running mode's limit (none in most modes): over it, one Error at the first
+// line beyond the limit. Returns -1 when it reported.
+int CkDcDsLineKazu(TCorrectScode& c, int prg);
+
 // ---- parsers ----------------------------------------------------------------
 // Every parser reports on `w` with the line (index from 0) and, when constNr
 // is above 0, the place of the constant on a DC line (from 1).

@@ -9,6 +9,7 @@
 #include "constants/opd_text.h"
 #include "records/console.h"
 #include "records/diag.h"
+#include "records/mode.h"
 #include "records/singletons.h"
 
 using namespace opd;
@@ -451,4 +452,30 @@ int SetWordKazuAtDS_NWCS(TCorrectScode& c, int line) {
     return -1;
   }
   return 0;
+}
+
+int CkDcDsLineKazu(TCorrectScode& c, int prg) {
+  const int limit = CurrentMode().maxDcDsLines;
+  if (limit <= 0 || prg < 0 || prg >= static_cast<int>(b->vecPrgW.size())) return 0;
+  int dc = 0, ds = 0, beyond = -1;
+  for (int p = 0; p <= prg; ++p) {
+    const PrgDataW& P = b->vecPrgW[static_cast<size_t>(p)];
+    for (int i = P.prgFirstLine; i < P.prgEndLine && i < static_cast<int>(b->vecSrcW.size()); ++i) {
+      if (i < 0) continue;
+      const wstr& op = b->vecSrcW[static_cast<size_t>(i)].opStr;
+      if (op == u"DC") ++dc;
+      else if (op == u"DS") ++ds;
+      else continue;
+      if (beyond < 0 && dc + ds > limit) beyond = i;
+    }
+  }
+  // Told once: the programs before this one were within the limit.
+  if (beyond < 0 || b->vecPrgW[static_cast<size_t>(prg)].prgFirstLine > beyond) return 0;
+  // The table's own words, in every language.
+  Say(c, kError, beyond,
+      {u"仕様：DCとDSの行の数の合計は「最大行数の６分の１」=" + WNum(limit) + u" 行に制限されています。",
+       u"DC行が " + WNum(dc) + u" 行あります。", u"DS行が " + WNum(ds) + u" 行あります。",
+       u"DCとDSの行の数の合計が " + WNum(dc + ds) + u" 行あります。"},
+      "7D3C5501");
+  return -1;
 }

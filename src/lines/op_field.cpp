@@ -7,6 +7,7 @@
 #include "lines/fields.h"
 #include "lines/mozi.h"
 #include "operands/rules_util.h"
+#include "records/mode.h"
 #include "records/console.h"
 
 using rules::L;
@@ -34,11 +35,13 @@ int CkOpStrNW(int prg) {
   const PrgDataW& p = b->vecPrgW[static_cast<size_t>(prg)];
   int last = p.prgEndLine;
   if (last >= static_cast<int>(b->vecSrcW.size())) last = static_cast<int>(b->vecSrcW.size()) - 1;
+  // Some modes know EXIT, the no-operand stop of the machine, as well.
+  const bool exitKnown = CurrentMode().acceptsExit;
   int bad = -1;
   for (int i = p.prgFirstLine < 0 ? 0 : p.prgFirstLine; i <= last; ++i) {
     const wstr& op = L(i).opStr;
     if (op.empty()) continue;
-    if (IsOpcodeOfCasl2(op)) continue;
+    if (IsOpcodeOfCasl2(op) || (exitKnown && op == u"EXIT")) continue;
     bad = i;
     break;
   }

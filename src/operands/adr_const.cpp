@@ -16,6 +16,7 @@
 #include "codegen/instr_table.h"
 #include "operands/opd_lookup.h"
 #include "records/console.h"
+#include "records/mode.h"
 #include "records/diag.h"
 #include "records/singletons.h"
 #include "structure/structure.h"
@@ -418,7 +419,7 @@ int CkAdrConst20NWCS(TCorrectScode& c, int line, int slotNr) {
 // ---------------------------------------------------------------------------
 namespace {
 
-enum class Branch { TwoWordSlot2, TwoWordSlot1, OneWord, Dc, Ds, InOut, RPush, RPop, Nop, Ret, Start1, Start2, None };
+enum class Branch { TwoWordSlot2, TwoWordSlot1, OneWord, Dc, Ds, InOut, RPush, RPop, Nop, Ret, Exit, Start1, Start2, None };
 
 Branch BranchOf(const wstr& op, int wk) {
   static const std::unordered_map<wstr, int> kind = {
@@ -442,6 +443,7 @@ Branch BranchOf(const wstr& op, int wk) {
   if (op == u"RPOP") return wk == 7 ? Branch::RPop : Branch::None;
   if (op == u"NOP") return wk == 1 ? Branch::Nop : Branch::None;
   if (op == u"RET") return wk == 1 ? Branch::Ret : Branch::None;
+  if (op == u"EXIT" && CurrentMode().acceptsExit) return wk == 1 ? Branch::Exit : Branch::None;
   if (op == u"START") return wk == 1 ? Branch::Start1 : wk == 2 ? Branch::Start2 : Branch::None;
   return Branch::None;
 }
@@ -549,10 +551,16 @@ int AdrCk53NWCS(int prg) {
         break;
       case Branch::Nop:
       case Branch::Ret:
+      case Branch::Exit:
       case Branch::Start1: {
         Branch br = BranchOf(ln.opStr, ln.word_kazu);
-        ln.first_word = br == Branch::Ret ? (InstrCode("RET", OpForm::None) << 8) : 0;
-        const char16_t* note = br == Branch::Nop ? u"NOP" : br == Branch::Ret ? u"RET" : u"START";
+        ln.first_word = br == Branch::Ret    ? (InstrCode("RET", OpForm::None) << 8)
+                        : br == Branch::Exit ? (kExitCode << 8)
+                                             : 0;
+        const char16_t* note = br == Branch::Nop    ? u"NOP"
+                               : br == Branch::Ret  ? u"RET"
+                               : br == Branch::Exit ? u"EXIT"
+                                                    : u"START";
         ln.vecWord.clear();
         ln.vecWord.push_back(MakeWord(ln.first_word, rl, ab, i, note));
         ln.rlAdr = rl;

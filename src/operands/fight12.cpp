@@ -13,6 +13,7 @@
 #include "operands/operands.h"
 #include "operands/rules_util.h"
 #include "records/console.h"
+#include "records/mode.h"
 
 using rules::L;
 
@@ -68,7 +69,7 @@ int ExtractAllOprndsNWCS(int prg) {
       TextToComment(s, BehindFirstOperand(s.oprndComChH));
       continue;
     }
-    if (In(op, {u"RPUSH", u"RPOP", u"RET", u"NOP", u"END"})) {
+    if (In(op, {u"RPUSH", u"RPOP", u"RET", u"NOP", u"END"}) || (op == u"EXIT" && CurrentMode().acceptsExit)) {
       s.oprndCount = 0;
       s.word_kazu = 1;
       TextToComment(s, s.oprndComChH);
@@ -182,6 +183,7 @@ int Fight12NW(TDiagBase& game) {
     // 3, 4. The opcode field and the placement of DC and DS.
     if ((r = CkOpStrNW(prg)) < 0) return r;
     if ((r = DetDefLineNW(prg)) < 0) return r;
+    CkDcDsLineKazu(*cs, prg);
     if (Gate(game)) return 0;
     // 5. The comment behind the operands of known opcodes.
     CutOprndComNW(prg);

@@ -8,6 +8,7 @@
 
 #include "records/console.h"
 #include "records/diag.h"
+#include "records/mode.h"
 #include "records/singletons.h"
 #include "structure/structure.h"
 
@@ -86,6 +87,22 @@ void ReportCounts(bool startMore, int nStart, int nEnd) {
     l.push_back(u"There are " + WNum(nStart) + u" START assembler instructions " + u"in " + f + u". ");
     l.push_back(u"There are " + WNum(nEnd) + u" END assembler instructions " + u"in " + f + u". ");
     Say(*b, kError, 0, l, startMore ? "DC4C4237" : "BBBC4237", {}, Head::ClassOnly);
+  }
+}
+
+// More START or END lines than the mode's tables hold.
+void ReportTooManyPrograms(wview word, int maxPrograms, const char* code) {
+  const wstr w(word);
+  if (b->IsJ()) {
+    Say(*b, kError, 0,
+        {w + u" アセンブラ命令の数を減らす必要がある。 ",
+         u"このアセンブラでは、一つのファイルの中のプログラムの数は " + WNum(maxPrograms) + u" 個に制限されています。"},
+        code, {}, Head::ClassOnly);
+  } else {
+    Say(*b, kError, 0,
+        {u"The number of " + w + u" assembler instructions should be ", u"reduced. ",
+         u"The number of the programs in a src file", u"is limited to " + WNum(maxPrograms)},
+        code, {}, Head::ClassOnly);
   }
 }
 
@@ -312,6 +329,13 @@ int StartEnd20NW() {
   }
   int nStart = static_cast<int>(starts.size());
   int nEnd = static_cast<int>(ends.size());
+  // The fixed tables of some modes hold a few programs only.
+  const int maxPrograms = CurrentMode().maxPrograms;
+  if (maxPrograms > 0 && (nStart > maxPrograms || nEnd > maxPrograms)) {
+    if (nStart > maxPrograms) ReportTooManyPrograms(u"START", maxPrograms, "6A0B5E01");
+    if (nEnd > maxPrograms) ReportTooManyPrograms(u"END", maxPrograms, "6A0B5E02");
+    return -8;
+  }
   if (nStart > nEnd) {
     ReportCounts(true, nStart, nEnd);
     CkEnd_LR_W();
