@@ -124,15 +124,6 @@ TEST(E2eShell, RejectedSettingsFileIsNamedAndKeptUntilItem123) {
             Sub(Sub(Written(Ini("WP")), "BusyModeIndex=1", "BusyModeIndex=0"), "pn1000.txt", "pn1000"));
 }
 
-TEST(E2eShell, EditorIndexOutOfRangeIsReportedByWpOnly) {
-  for (std::string mode : {"WP", "NWW"}) {
-    e2e::RunResult r = Drill(Sub(Ini(mode), "TextEditorIndex=0", "TextEditorIndex=5"), "\n");
-    EXPECT_EQ(r.out.rfind("PrgError: index < 0 || 2 < index\n", 0), 0u) << r.out;  // the setter of b
-    EXPECT_EQ(r.out.find("Error: TextEditorFlag is out of range. \nTextEditorIndex=5\n"
-                         "TextEditorIndex is corrected to be 0. \n") != npos, mode == "WP") << r.out;
-  }
-}
-
 TEST(E2eShell, SampleRunAndTheServiceItems) {
   std::map<std::string, std::string> files = {{"src/pn1000.txt", Sample()},
                                               {"src/x$(touch${IFS}PWNED);.txt", "odd name\n"}};
