@@ -178,6 +178,27 @@ TEST_F(Shell, ItemNineFlipsTheLanguageWithoutAPause) {
             std::tuple(0, 0, 0, 0, 0));
 }
 
+TEST_F(Shell, EachFightRunsAsItsRowSays) {
+  // name, letter, carrier ("" where the Fight leaves it), row of the running Fight.
+  for (auto [name, letter, carrier] : {std::tuple{"NWW", 'W', ""}, {"WP", 'W', "std::wstring<--UTF16"},
+                                       {"AP", 'A', "std::string"}, {"NA", 'A', "std::string"},
+                                       {"NaW", 'w', "std::wstring"}, {"NH", 'H', "char chH[]"}}) {
+    TGame game;
+    fileData->CarrierName = "kept";
+    fileData->ModeName = name;
+    con::SetInputForTest("\n7\n33\n7\n2\n");  // cancel, then WP (or NWW from WP)
+    if (std::string(name) == "WP") con::SetInputForTest("\n7\n1\n");
+    EXPECT_EQ(Fight(game, FightModeOf(name)), ModeChangeCode) << name;
+    EXPECT_EQ(fileData->ModeLetter, letter) << name;
+    EXPECT_EQ(fileData->CarrierName, *carrier ? carrier : "kept") << name;
+    EXPECT_EQ(&CurrentMode(), &FightModeOf(name)) << name;
+    EXPECT_STREQ(CurrentMode().name, name);
+  }
+  EXPECT_EQ(&FightModeOf("NwW"), &FightModeOf("NWW"));
+  EXPECT_EQ(&FightModeOf("nh"), &FightModeOf("NWW"));
+  SetCurrentMode(FightModeOf("NWW"));
+}
+
 TEST_F(Shell, ModeSelector) {
   EXPECT_EQ(RunToEnd("\n7\n33\n7\n9\n7\n1\n"),  // cancel and the same name go back to the menu
             std::string(kLongE) + kSelector + kLongE + kSelector + kLongE + kSelector + kLongE);

@@ -141,6 +141,62 @@ TEST_F(SourceLoad, AFileThatDoesNotOpen) {
   EXPECT_EQ(out, "fname is empty.\n");
 }
 
+TEST_F(SourceLoad, NarrowReaderTakesBytesAsTheyStand) {
+  // Each row: the bytes, the limits of the mode, the wide records, the narrow
+  // ones (none: the same bytes as the wide ones in ASCII), and the output.
+  struct { std::string bytes; int chars, lines; Texts raw; std::vector<std::string> narrow = {}; std::string out = ""; } rows[] = {
+      // No mark, no census: Shift-JIS, and UTF-8 and UTF-16 marks are bytes like any other.
+      {"\x82\xA0\r\n\xE3\x82\xA2\n", 0, 0, {u"あ", u"\u7E67\uFF62"}, {"\x82\xA0", "\xE3\x82\xA2"}},
+      {"\xEF\xBB\xBFX\n", 0, 0, {u"\uFFFD\uFF7B\uFF7FX"}, {"\xEF\xBB\xBFX"}},
+      {std::string("\xFF\xFEX\0\n\0", 6), 0, 0, {u"\uFFFD\uFFFDX", u""}},
+      // CR LF folds, a lone CR stays, a final line end makes no record.
+      {"A\r\n\r\nB\rC\nD", 0, 0, {u"A", u"", u"B\rC", u"D"}}, {"", 0, 0, {}}, {"A\n", 0, 0, {u"A"}},
+      // The fixed tables: lines cut at 80 bytes, the first long one told.
+      {std::string(80, 'a') + "\n", 80, 310, {std::u16string(80, u'a')}},
+      {"x\n" + std::string(81, 'a') + "\r\n" + std::string(90, 'b'), 80, 310,
+       {u"x", std::u16string(80, u'a'), std::u16string(80, u'b')}, {},
+       "There are 81 characters in the line. The assembler does not read more than 80 characters in a line. "
+       "(Spec. of drill asm): This could cause an error to assemble the line. \n"},
+      {std::string(79, 'a') + "\x82\xA0\n", 80, 310, {std::u16string(79, u'a') + u"\uFFFD"}, {std::string(79, 'a') + "\x82"},
+       "There are 81 characters in the line. The assembler does not read more than 80 characters in a line. "
+       "(Spec. of drill asm): This could cause an error to assemble the line. \n"},
+  };
+  for (const auto& r : rows) {
+    SCOPED_TRACE(r.bytes);
+    Fresh();
+    out.clear();
+    ASSERT_EQ(OpenFileNarrowToVec(Write("n.txt", r.bytes), r.chars, r.lines), 0);
+    EXPECT_EQ(Raw(), r.raw);
+    std::vector<std::string> narrow;
+    for (const SrcLineA& a : b->vecSrcA) narrow.push_back(a.rawStr);
+    if (!r.narrow.empty()) {
+      EXPECT_EQ(narrow, r.narrow);
+    }
+    EXPECT_EQ(narrow.size(), r.raw.size());
+    EXPECT_EQ(out, r.out);
+    EXPECT_EQ(moziCode->codePage, 0);  // nothing detected
+  }
+  // 310 lines are read, 311 are not, and the old records stay.
+  Fresh();
+  std::string lines;
+  for (int k = 0; k < 310; ++k) lines += "; c\n";
+  EXPECT_EQ(OpenFileNarrowToVec(Write("310.txt", lines), 80, 310), 0);
+  EXPECT_EQ(b->vecSrcW.size(), 310u);
+  out.clear();
+  EXPECT_EQ(OpenFileNarrowToVec(Write("311.txt", lines + "X"), 80, 310), -3);
+  EXPECT_EQ(b->vecSrcW.size(), 310u);
+  EXPECT_EQ(out, "There is a limitation to the number of the lines in a source code file. The maximum is 310 lines in a "
+                 "file. There are 311 lines in your source code. You are expected to decrease the lines in your file. \n");
+  SetLang(0);
+  out.clear();
+  EXPECT_EQ(OpenFileNarrowToVec(Write("311.txt", lines + "X\n"), 80, 310), -3);
+  EXPECT_EQ(out, "ソースコードのおおよその制限（一つのファイルにつき） 310行 を超えています。行数を減らす工夫をしてご利用ください。 \n");
+  out.clear();
+  EXPECT_EQ(OpenFileNarrowToVec((dir / "nosuch.txt").string(), 0, 0), -3);
+  EXPECT_EQ(LogCodes().back(), "88886875");
+  EXPECT_EQ(OpenFileNarrowToVec(dir.string(), 0, 0), -3);  // a folder
+}
+
 TEST_F(SourceLoad, BadInputNeitherCrashesNorHangs) {
   // A folder given as the file name.
   EXPECT_EQ(Load(dir.string()), -3);
