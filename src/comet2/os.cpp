@@ -13,7 +13,11 @@
 
 namespace {
 
+// An indexed ST stops at or above 65000, and its message names 65000; in the
+// Fixed run it stops at or above 3499 and the message names 3465.
 constexpr int32_t kStoreCeiling = 65000;
+constexpr int32_t kFixedStoreStop = 3499;
+constexpr int32_t kFixedStoreNamed = 3465;
 constexpr uint32_t kStackGuard = 501;  // a push whose cell index reaches this is refused
 constexpr int kStackQuoted = 500;      // the stack size the messages quote
 constexpr size_t kInMaxBytes = 256;    // IN keeps at most this many typed bytes
@@ -127,12 +131,16 @@ std::string OrdinalA(int n) {
   return std::to_string(n) + "th";
 }
 
-int st511NW(Tcomet2& mc, int32_t adr) {
+namespace {
+
+// The guard of an indexed ST: the stop at or above `stopAt`, whose message
+// names `named`, and the warning at or above `maxMemory`, the reserved size.
+int StoreGuard(Tcomet2& mc, int32_t adr, int32_t stopAt, int32_t named, int32_t maxMemory) {
   const int32_t p = mc.PR - 1;
-  if (adr >= kStoreCeiling) {
+  if (adr >= stopAt) {
     if (IsJ(mc)) {
       con::out << "実行時エラー：　中止" << con::endl
-               << "#" << HexDigits(p) << " = " << p << " （10進数）番地の命令の実行時 " << kStoreCeiling
+               << "#" << HexDigits(p) << " = " << p << " （10進数）番地の命令の実行時 " << named
                << " 番地を超えてデータを"
                << "ストア（ＳＴ）しようとしました。"
                << "これは危険なので暴走をしないように実行を停止させました。" << con::endl;
@@ -142,13 +150,12 @@ int st511NW(Tcomet2& mc, int32_t adr) {
                << "When an opcode at " << "#" << HexDigits(p) << " was executed, "
                << "a virtual OS in drillasm has detected the comet2 was "
                << "going to store a data beyond the maximam address "
-               << "of " << kStoreCeiling << ". "
+               << "of " << named << ". "
                << "So the OS has terminated the comet2; "
                << " otherwise the comet2 would get out of control. " << con::endl;
     }
     return 999;
   }
-  const int32_t maxMemory = b->MaxMemory;
   if (adr < maxMemory) return 0;
   const bool pIn = InMemory(p);
   const int32_t n = pIn ? mc.execCount[p] : 0;
@@ -175,3 +182,9 @@ int st511NW(Tcomet2& mc, int32_t adr) {
   }
   return 0;
 }
+
+}  // namespace
+
+int st511NW(Tcomet2& mc, int32_t adr) { return StoreGuard(mc, adr, kStoreCeiling, kStoreCeiling, b->MaxMemory); }
+
+int st511(Tcomet2& mc, int32_t adr) { return StoreGuard(mc, adr, kFixedStoreStop, kFixedStoreNamed, mc.tMaxMemory); }

@@ -5,6 +5,12 @@
 // in locals and writes it back to the machine before any service that reads
 // it and when the run ends. Instructions are decoded through kDecode, the one
 // instruction table of the system.
+//
+// The loop is a template on the limits it checks in every cycle (the ceiling
+// of PR and of the addresses read, and the address from which an indexed ST
+// asks its guard), so that each variant of the run compiles them as
+// constants; whatever else differs between the variants is read once per run
+// or only by the stop texts, from kVariants below.
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -17,24 +23,52 @@
 #include "records/text.h"
 #include "reports/TimeVcl/time_vcl.h"
 
-int bootShown = -99;
+int bootShown[kRunVariants] = {-99, -99, -99};
 
 namespace {
 
-constexpr int32_t kPrCeiling = 65000;    // PR above this stops; a load above this stops
 constexpr int32_t kPrTop = 65535;        // PR above this ends the run quietly
-constexpr int kExecCountCleared = 65000;  // counts cleared at the start of a run
+constexpr int kExecCountCleared = 65000;  // counts cleared at the start of a Wide run
 constexpr int kExecCountScanned = 65035;  // counts the statistics scan
+
+// The figures of one variant of the run.
+struct VariantFigures {
+  int32_t ceiling;    // PR above this stops; a load above this stops
+  int32_t storeStop;  // an indexed ST at or above this asks the guard, which stops it
+  int (*storeGuard)(Tcomet2&, int32_t);
+  bool reserveOfMachine;  // the reserved size is mc.tMaxMemory, not b->MaxMemory
+  bool clearsCounts;      // the first kExecCountCleared counts cleared at the start
+  // The PR stop: its numbers (the Japanese one, the two English ones) and its
+  // openings.
+  int prLimitJ, prLimitE, prMemoriesE;
+  const char* prOpeningJ;
+  const char* prOpeningE;
+};
+
+// clang-format off
+constexpr VariantFigures kVariants[kRunVariants] = {
+  // ceiling storeStop guard   tMax   clear  PR stop numbers
+  {65000,   65000,    st511NW, false, true,  64700, 64500, 64000,   // Wide
+   "実行時エラー：実行途中停止！\n", "Runtime Error: The comet2 is terminated！\n"},
+  {65000,   65000,    st511NW, false, false, 64700, 64500, 64000,   // Narrow
+   "--> 中止！\n", "Runtime Error: The comet2 is terminated！\n"},
+  {3500,    3499,     st511,   true,  false, 3200,  3200,  3200,    // Fixed
+   "--> 中止！\n", "--> The comet2 is terminated！\n"},
+};
+// clang-format on
+constexpr int Ix(RunVariant v) { return static_cast<int>(v); }
+static_assert(Ix(RunVariant::Wide) == 0 && Ix(RunVariant::Narrow) == 1 && Ix(RunVariant::Fixed) == 2,
+              "kVariants and bootShown are indexed by the variant");
 
 // How a run ended.
 enum class Stop : uint8_t {
   Quiet,         // PR passed 65535 after a wide jump
-  PrStop,        // PR above 65000
+  PrStop,        // PR above the ceiling
   Register,      // a register nibble above 7
   Nop,           // code #00 in a cell that is not 0
   Unknown,       // a code outside the instruction table
-  Load,          // an operand address above 65000
-  Store,         // st511NW refused an indexed ST
+  Load,          // an operand address above the ceiling
+  Store,         // the guard refused an indexed ST
   Ret,           // RET at the top level
   Exit,          // the EXIT word #8800
   RetError,      // ret581 found SP at #10000 or above
@@ -89,16 +123,17 @@ bool RegisterStops(uint32_t w) {
 
 // ---- the opening and the ending -----------------------------------------
 
-void SayOpening(const Tcomet2& mc) {
+void SayOpening(const Tcomet2& mc, RunVariant variant) {
   if (IsJ(mc)) {
     con::out << "\n演算実行 開始、しばらくお待ちください。\n"
              << "COMET2 実行中 ";
     return;
   }
-  if (bootShown == -99) {
+  int& shown = bootShown[Ix(variant)];
+  if (shown == -99) {
     con::out << "\nA small OS has been implemented in drillasm. " << con::endl
              << "The OS starts booting comet2.\n";
-    ++bootShown;
+    ++shown;
   }
   con::out << "The comet2 starts running, please wait for a moment ...,\n";
 }
@@ -120,12 +155,12 @@ void EndNormally(const Tcomet2& mc) {
 
 // ---- the stops ----------------------------------------------------------
 
-void SayPrStop(const Tcomet2& mc) {
+void SayPrStop(const Tcomet2& mc, const VariantFigures& v) {
   const int32_t pr = mc.PR;
   if (IsJ(mc)) {
-    con::out << "実行時エラー：実行途中停止！\n"
+    con::out << v.prOpeningJ
              << "プログラムレジスター(PR)が この COMET2 シミレーター の "
-             << "最大メモリー " << 64700 << " 番地を超えました。 "
+             << "最大メモリー " << v.prLimitJ << " 番地を超えました。 "
              << "さらに、最大アドレスを超えてメモリにアクセスしようとしたので"
              << "実行を中止しました。  "
              << "本来の COMET2 では もちろん "
@@ -135,14 +170,14 @@ void SayPrStop(const Tcomet2& mc) {
              << "おそらく、プログラムの定義域を飛び出して、メモリ後半にある "
              << "NOP=#0000 の連続部分が実行されたものと考えられます。";
   } else {
-    con::out << "Runtime Error: The comet2 is terminated！\n"
+    con::out << v.prOpeningE
              << "Because the Program Register(PR) has exceeded the maximum memory address "
-             << "of " << 64500 << ". "
+             << "of " << v.prLimitE << ". "
              << "Your program cannnot access any address over there. "
              << "It might haved executed a lot of opcodes in vain "
              << "in the higher address area. "
              << "The comet2 has 65536 words in memory in truth. "
-             << "But this simulator has only " << 64000 << " memories for the sake of simplicity. "
+             << "But this simulator has only " << v.prMemoriesE << " memories for the sake of simplicity. "
              << "PR = #" << HexDigits(pr) << " = " << pr << "(dec) " << con::endl;
   }
 }
@@ -298,14 +333,33 @@ constexpr bool RegisterFormBitHolds() {
 }
 static_assert(RegisterFormBitHolds(), "register forms must have bit 2 of the code set");
 
-int Run3NW(Tcomet2& mc) {
-  SayOpening(mc);
-  mc.effAdr = 0;
-  mc.PR = 0;
-  std::fill_n(mc.execCount.data(), kExecCountCleared, 0);
-  mc.maxExecCount = 0;
-  timeVcl->stampRunStart();
+namespace {
 
+// Every handler ends in a dispatch of its own (one indirect jump per handler,
+// which the branch predictor tells apart by where it stands). Left alone, GCC
+// merges the identical tails of the handlers into one shared jump when the
+// loop is instantiated twice, and the run gets a quarter slower.
+#if defined(__GNUC__) && !defined(__clang__)
+#define RUN_LOOP_KEEPS_ITS_DISPATCHES __attribute__((optimize("no-crossjumping")))
+#else
+#define RUN_LOOP_KEEPS_ITS_DISPATCHES
+#endif
+
+// How the loop ended: the stop, the word at PR and the address that a stop
+// of the simulator's own names.
+struct LoopEnd {
+  Stop stop;
+  uint32_t w;
+  int32_t stopAdr;
+};
+
+// The cycles of a run, from PR 0 until a stop, with the limits of its variant
+// as constants: an address above kCeiling is the PR stop or the load stop, an
+// indexed ST at or above kStoreStop, or at or above maxMemory for the first
+// time in the run, goes to kStoreGuard. The machine holds the hot state when
+// it returns.
+template <int32_t kCeiling, int32_t kStoreStop, int (*kStoreGuard)(Tcomet2&, int32_t)>
+RUN_LOOP_KEEPS_ITS_DISPATCHES LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory) {
   // The handler of each kind of instruction, by the decode table's kind.
   void* handler[static_cast<int>(OpExec::Exit) + 1];
   for (void*& h : handler) h = &&h_unknown;
@@ -338,6 +392,9 @@ int Run3NW(Tcomet2& mc) {
   handler[static_cast<int>(OpExec::Ret)] = &&h_ret;
   handler[static_cast<int>(OpExec::Svc)] = &&h_svc;
   handler[static_cast<int>(OpExec::Exit)] = &&h_exit;
+  // The handler of each code, so that a cycle finds it with one load.
+  void* byCode[256];
+  for (int c = 0; c < 256; ++c) byCode[c] = handler[static_cast<uint8_t>(kDecode[c].exec)];
 
   // Hot state in locals; written back by Save(). The sign and zero flags
   // live in one value `fv`: Fsign is fv < 0, Fzero is fv == 0 (no
@@ -345,7 +402,6 @@ int Run3NW(Tcomet2& mc) {
   int32_t* const mem = mc.Memory.data();
   int32_t* const cnt = mc.execCount.data();
   int32_t* const stk = mc.stackArea.data();
-  const int32_t maxMemory = b->MaxMemory;
   int32_t gr[8];
   for (int i = 0; i < 8; ++i) gr[i] = mc.GR[i];
   uint64_t pr = 0;  // a PR from a stack cell below 0 becomes huge here
@@ -359,7 +415,9 @@ int Run3NW(Tcomet2& mc) {
   int32_t stopAdr = 0;       // the address that a stop of the simulator's own names
   Stop stop = Stop::Quiet;
 
-  auto Save = [&] {
+  // Inlined at every call, or the locals it reads would have to live in
+  // memory for the whole run.
+  auto Save = [&]() __attribute__((always_inline)) {
     for (int i = 0; i < 8; ++i) mc.GR[i] = gr[i];
     mc.PR = static_cast<int32_t>(pr);
     mc.SP = static_cast<int32_t>(sp);
@@ -374,11 +432,11 @@ int Run3NW(Tcomet2& mc) {
 // the jump to the handler of the word's kind.
 #define NEXT()                                                                  \
   do {                                                                          \
-    if (pr > static_cast<uint64_t>(kPrCeiling)) goto pr_out;                    \
+    if (pr > static_cast<uint64_t>(kCeiling)) goto pr_out;                      \
     w = static_cast<uint32_t>(mem[pr]);                                         \
     if (w & 0x88u) goto pre_check;                                              \
     cnt[pr] = static_cast<int32_t>(static_cast<uint32_t>(cnt[pr]) + 1u);        \
-    goto* handler[static_cast<uint8_t>(kDecode[(w >> 8) & 0xFFu].exec)];        \
+    goto* byCode[(w >> 8) & 0xFFu];                                             \
   } while (0)
 #define R_ (((w) >> 4) & 7u)
 #define X_ ((w) & 7u)
@@ -390,8 +448,8 @@ int Run3NW(Tcomet2& mc) {
 #define WIDE_SUM() \
   ((static_cast<uint32_t>(mem[pr + 1]) & 0xFFFFu) + (X_ ? (static_cast<uint32_t>(gr[X_]) & 0xFFFFu) : 0u))
 // The operand of an instruction that reads memory or, in the register form,
-// GR[x]. Moves PR to the next instruction; an address above 65000 is the load
-// stop, with PR at the second word.
+// GR[x]. Moves PR to the next instruction; an address above the ceiling is the
+// load stop, with PR at the second word.
 #define FETCH_OPERAND(op)                          \
   int32_t op;                                      \
   if (w & 0x400u) {                                \
@@ -399,7 +457,7 @@ int Run3NW(Tcomet2& mc) {
     pr += 1;                                       \
   } else {                                         \
     ea = EFF_ADR();                                \
-    if (ea > static_cast<uint32_t>(kPrCeiling)) {  \
+    if (ea > static_cast<uint32_t>(kCeiling)) {    \
       pr += 1;                                     \
       goto load_stop;                              \
     }                                              \
@@ -412,7 +470,7 @@ int Run3NW(Tcomet2& mc) {
 pre_check:
   if (RegisterStops(w)) goto register_stop;
   cnt[pr] = static_cast<int32_t>(static_cast<uint32_t>(cnt[pr]) + 1u);
-  goto* handler[static_cast<uint8_t>(kDecode[(w >> 8) & 0xFFu].exec)];
+  goto* byCode[(w >> 8) & 0xFFu];
 
 h_nop:
   if (w != 0) goto nop_stop;  // the whole cell must be 0
@@ -438,11 +496,11 @@ h_st: {
     mem[a] = gr[R_];
   } else {
     ea = EFF_ADR();
-    if (ea >= static_cast<uint32_t>(kPrCeiling) || (static_cast<int32_t>(ea) >= maxMemory && !storeWarned)) {
+    if (ea >= static_cast<uint32_t>(kStoreStop) || (static_cast<int32_t>(ea) >= maxMemory && !storeWarned)) {
       Save();
       mc.PR = static_cast<int32_t>(pr + 1);
-      if (ea < static_cast<uint32_t>(kPrCeiling)) storeWarned = true;
-      if (st511NW(mc, static_cast<int32_t>(ea)) == 999) {
+      if (ea < static_cast<uint32_t>(kStoreStop)) storeWarned = true;
+      if (kStoreGuard(mc, static_cast<int32_t>(ea)) == 999) {
         pr += 1;
         goto store_stop;
       }
@@ -731,6 +789,30 @@ stack_storage:
 #undef FETCH_OPERAND
 done:
   Save();
+  return {stop, w, stopAdr};
+}
+
+}  // namespace
+
+int RunComet2(Tcomet2& mc, RunVariant variant) {
+  const VariantFigures& fig = kVariants[Ix(variant)];
+  SayOpening(mc, variant);
+  mc.effAdr = 0;
+  mc.PR = 0;
+  if (fig.clearsCounts) std::fill_n(mc.execCount.data(), kExecCountCleared, 0);
+  mc.maxExecCount = 0;
+  timeVcl->stampRunStart();
+
+  constexpr VariantFigures kWide = kVariants[Ix(RunVariant::Wide)];
+  constexpr VariantFigures kNarrow = kVariants[Ix(RunVariant::Narrow)];
+  constexpr VariantFigures kFixed = kVariants[Ix(RunVariant::Fixed)];
+  static_assert(kNarrow.ceiling == kWide.ceiling && kNarrow.storeStop == kWide.storeStop &&
+                    kNarrow.storeGuard == kWide.storeGuard,
+                "the Narrow run shares the loop of the Wide run");
+  const int32_t maxMemory = fig.reserveOfMachine ? mc.tMaxMemory : b->MaxMemory;
+  const auto [stop, w, stopAdr] =
+      variant == RunVariant::Fixed ? RunLoop<kFixed.ceiling, kFixed.storeStop, kFixed.storeGuard>(mc, maxMemory)
+                                   : RunLoop<kWide.ceiling, kWide.storeStop, kWide.storeGuard>(mc, maxMemory);
 
   switch (stop) {
     case Stop::Unknown:
@@ -742,7 +824,7 @@ done:
       SayTimeLine(mc);
       return 0;
     case Stop::PrStop:
-      SayPrStop(mc);
+      SayPrStop(mc, fig);
       break;
     case Stop::Register:
       SayRegisterStop(mc, static_cast<int32_t>(w));
@@ -768,3 +850,5 @@ done:
   EndNormally(mc);
   return 0;
 }
+
+int Run3NW(Tcomet2& mc) { return RunComet2(mc, RunVariant::Wide); }

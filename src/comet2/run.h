@@ -1,7 +1,8 @@
 // The run of the COMET II machine and its small operating system.
 //
-// Run3NW (declared with the other stages in records/stages.h) runs the loaded
-// image from address 0 until the program ends or the simulator stops it. The
+// RunComet2 runs the loaded image from address 0 until the program ends or
+// the simulator stops it, in the variant of the running mode; Run3NW
+// (declared with the other stages in records/stages.h) is the Wide run. The
 // services below are called from its instruction handlers; they are public so
 // that the tests can reach them one by one.
 #pragma once
@@ -10,10 +11,24 @@
 #include <string>
 
 #include "comet2/comet2.h"
+#include "records/mode.h"
 #include "records/stages.h"
 
-// -99 until the English boot lines have been shown once in this process.
-extern int bootShown;
+// The number of run variants; a RunVariant converted to int indexes arrays of
+// this size.
+constexpr int kRunVariants = 3;
+
+// One flag per variant, indexed by the RunVariant: -99 until the English boot
+// lines have been shown once in this process by a run of that variant.
+extern int bootShown[kRunVariants];
+
+// The run in a variant. The variants differ in the ceiling of PR and of the
+// addresses read (65000, or 3500 in Fixed), the numbers and openings of the
+// PR stop, the guard of an indexed ST (st511NW, or st511 in Fixed), the
+// reserved size the warning of ST compares with (b->MaxMemory, or
+// mc.tMaxMemory in Fixed), whether the counts are cleared at the start
+// (Wide alone) and their boot flag. Returns 0.
+int RunComet2(Tcomet2& mc, RunVariant variant);
 
 // The SVC dispatch on the 16-bit effective address: 1 is IN, 2 is OUT, any
 // other value writes a note and acts as NOP. Reads GR1 and GR2 of mc.
@@ -29,6 +44,11 @@ int stackPush(Tcomet2& mc, int32_t effAdr);
 // above 65000; writes the out-of-range warning when adr is at or above
 // b->MaxMemory; otherwise says nothing. Returns 0 unless it stops the run.
 int st511NW(Tcomet2& mc, int32_t adr);
+
+// The guard of ST with an index in the Fixed run: as st511NW, but it stops at
+// or above 3499, its stop message names 3465, and the warning compares with
+// and names mc.tMaxMemory.
+int st511(Tcomet2& mc, int32_t adr);
 
 // The statistics after a run: maxExecCount over the first 65035 counts and
 // execCountLog, its decimal logarithm rounded (0 when maxExecCount is 0).
