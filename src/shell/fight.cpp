@@ -139,7 +139,7 @@ void RunStages(TGame& game, const FightMode& mode, int loadResult) {
       run = DspWarningsMenu(game);
     }
     if (run) {
-      Run3NW(*m);
+      RunComet2(*m, mode.run);
       RunStatistics(*m);
       DspReportHintNW(game.Lang, ReportKind::Resultant, game.ResultantFileName);
       DspRegMryOfMode(mode, game.ResultantFileName);
