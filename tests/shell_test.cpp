@@ -186,9 +186,14 @@ TEST_F(Shell, EachFightRunsAsItsRowSays) {
     TGame game;
     fileData->CarrierName = "kept";
     fileData->ModeName = name;
-    con::SetInputForTest("\n7\n33\n7\n2\n");  // cancel, then WP (or NWW from WP)
-    if (std::string(name) == "WP") con::SetInputForTest("\n7\n1\n");
+    msgLog->ClearMsgLog();
+    // A file with an error, then a change to WP (or to NWW from WP). The
+    // modes that clear the log at the head of a pass leave it empty.
+    const std::string bad = dir + "/bad.txt";
+    std::ofstream(bad) << "MAIN START\n LDX GR1,0\n RET\n END\n";
+    con::SetInputForTest("\n1\n" + bad + "\n\n7\n" + (std::string(name) == "WP" ? "1" : "2") + "\n");
     EXPECT_EQ(Fight(game, FightModeOf(name)), ModeChangeCode) << name;
+    EXPECT_EQ(msgLog->WideLog.empty(), std::string("AP NA NaW").find(name) != std::string::npos) << name;
     EXPECT_EQ(fileData->ModeLetter, letter) << name;
     EXPECT_EQ(fileData->CarrierName, *carrier ? carrier : "kept") << name;
     EXPECT_EQ(&CurrentMode(), &FightModeOf(name)) << name;
