@@ -338,12 +338,8 @@ namespace {
 // Every handler ends in a dispatch of its own (one indirect jump per handler,
 // which the branch predictor tells apart by where it stands). Left alone, GCC
 // merges the identical tails of the handlers into one shared jump when the
-// loop is instantiated twice, and the run gets a quarter slower.
-#if defined(__GNUC__) && !defined(__clang__)
-#define RUN_LOOP_KEEPS_ITS_DISPATCHES __attribute__((optimize("no-crossjumping")))
-#else
-#define RUN_LOOP_KEEPS_ITS_DISPATCHES
-#endif
+// loop is instantiated twice, and the run gets a quarter slower: this file is
+// built with -fno-crossjumping (CMakeLists.txt).
 
 // How the loop ended: the stop, the word at PR and the address that a stop
 // of the simulator's own names.
@@ -359,7 +355,7 @@ struct LoopEnd {
 // time in the run, goes to kStoreGuard. The machine holds the hot state when
 // it returns.
 template <int32_t kCeiling, int32_t kStoreStop, int (*kStoreGuard)(Tcomet2&, int32_t)>
-RUN_LOOP_KEEPS_ITS_DISPATCHES LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory) {
+LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory) {
   // The handler of each kind of instruction, by the decode table's kind.
   void* handler[static_cast<int>(OpExec::Exit) + 1];
   for (void*& h : handler) h = &&h_unknown;
