@@ -58,6 +58,7 @@ bench: build
 	  "$$b"; \
 	done; \
 	[ "$$found" = 1 ] || echo "no benchmarks built (bench/*.cpp, Google Benchmark)"
+	bench/table.sh $(BUILD)
 
 clean:
 	rm -rf $(BUILD) $(ASAN)
