@@ -12,7 +12,7 @@ using namespace srctest;
 
 class SourceLoad : public Fixture {
  protected:
-  // Detection, then the loader that LoadSourceW picks.
+  // Detection, then the loader that ReadSourceW picks.
   int Load(const std::string& path) {
     DetTextCodeW(*fileData, path);
     if (moziCode->codePage == 1200 || moziCode->codePage == 1201) return OpenFileUTF16toVecW(path);

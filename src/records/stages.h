@@ -9,16 +9,18 @@
 
 class Tcomet2;
 
-// Loading: shows the main menu and, if it chose a file, reads it into
-// vecSrcW. Returns the menu's value when not 0; else 0 when the file was
-// read and 1 when it was not.
-int LoadSourceW(std::string& fileName);
-// The narrow reader of the same: no detection of the encoding; the bytes of
-// each line are taken in the system code page, with the running mode's
-// limits on the characters of a line and the lines of a file.
-int LoadSourceA(std::string& fileName);
-// The reader of the running mode.
+// Loading. LoadSource shows the main menu and, if it chose a file, reads it
+// with ReadSource. It returns the menu's value when not 0; else 0 when the
+// file was read and 1 when it was not.
 int LoadSource(std::string& fileName);
+// Reads a file into vecSrcW with the reader of the running mode, 0 when read
+// and 1 when not: ReadSourceW detects the encoding (mark and census) and reads
+// Shift-JIS, UTF-8 or UTF-16; ReadSourceA takes the bytes of each line as they
+// stand in the system code page, with the mode's limits on the characters of
+// a line and the lines of a file.
+int ReadSource(const std::string& fileName);
+int ReadSourceW(const std::string& fileName);
+int ReadSourceA(const std::string& fileName);
 
 // Line scanner.
 void CopyRawLinesNW();

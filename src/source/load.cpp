@@ -166,10 +166,7 @@ int OpenFileUTF16toVecW(const std::string& fileName) {
   return 0;
 }
 
-int LoadSourceW(std::string& fileName) {
-  int menu = MainMenu(*fileData, fileName);
-  if (menu != 0) return menu;
-  timeVcl->stampReadFileStart();
+int ReadSourceW(const std::string& fileName) {
   DetTextCodeW(*fileData, fileName);
   int r;
   if (moziCode->codePage == 1200 || moziCode->codePage == 1201) {
@@ -237,14 +234,18 @@ int OpenFileNarrowToVec(const std::string& fileName, int maxLineChars, int maxLi
   return 0;
 }
 
-int LoadSourceA(std::string& fileName) {
-  int menu = MainMenu(*fileData, fileName);
-  if (menu != 0) return menu;
-  timeVcl->stampReadFileStart();
+int ReadSourceA(const std::string& fileName) {
   const FightMode& mode = CurrentMode();
   return OpenFileNarrowToVec(fileName, mode.maxLineChars, mode.maxLines) == 0 ? 0 : 1;
 }
 
+int ReadSource(const std::string& fileName) {
+  timeVcl->stampReadFileStart();
+  return CurrentMode().reader == SourceReader::Narrow ? ReadSourceA(fileName) : ReadSourceW(fileName);
+}
+
 int LoadSource(std::string& fileName) {
-  return CurrentMode().reader == SourceReader::Narrow ? LoadSourceA(fileName) : LoadSourceW(fileName);
+  int menu = MainMenu(*fileData, fileName);
+  if (menu != 0) return menu;
+  return ReadSource(fileName);
 }
