@@ -58,24 +58,22 @@ int PrgKazu() {
   return n < records ? n : records;
 }
 
-// Steps 8 to 17 of a pass, for a file that was read. Returns when the pass
-// is over, at a gate or after the clean-up.
-void RunStages(TGame& game, const FightMode& mode, int loadResult) {
-  game.CurrentFileCh = fileData->LastSrcFile;
-  game.CurrentFile = fileData->LastSrcFile;
+}  // namespace
+
+bool AnalyseSource(TDiagBase& game, const FightMode& mode, int loadResult) {
   // The name the reports and the machine show for this source.
   if (b->SrcFileName.empty()) b->SrcFileName = fileData->LastSrcFile;
   CopyRawLinesNW();
-  if (editNWB() < 0) return;
+  if (editNWB() < 0) return false;
   Sum(game);
-  if (game.ErrorKazu > 0) return;
+  if (game.ErrorKazu > 0) return false;
 
-  if (StartEnd10W() < 0) return;
+  if (StartEnd10W() < 0) return false;
   Sum(game);
-  if (game.ErrorKazu > 0) return;
-  if (StartEnd20NW() < 0) return;
+  if (game.ErrorKazu > 0) return false;
+  if (StartEnd20NW() < 0) return false;
   Sum(game);
-  if (game.ErrorKazu > 0) return;
+  if (game.ErrorKazu > 0) return false;
 
   // Every program is paired and stripped of its comments, whatever the
   // results.
@@ -84,28 +82,45 @@ void RunStages(TGame& game, const FightMode& mode, int loadResult) {
     CutCommentNW(i);
   }
   Sum(game);
-  if (game.ErrorKazu != 0) return;
+  if (game.ErrorKazu != 0) return false;
 
   IsAnySrcOutsideStartEndNW();
   Sum(game);
-  if (game.ErrorKazu > 0) return;
+  if (game.ErrorKazu > 0) return false;
 
   for (int i = 0; i < PrgKazu(); ++i) CkPrgNameNW(i);
   Sum(game);
-  if (game.ErrorKazu > 0) return;
-  if (CkPrgNameDoubleNW() < 0) return;
+  if (game.ErrorKazu > 0) return false;
+  if (CkPrgNameDoubleNW() < 0) return false;
   Sum(game);
-  if (game.ErrorKazu > 0) return;
-  if (Fight12NW(game) < 0) return;
+  if (game.ErrorKazu > 0) return false;
+  if (Fight12NW(game) < 0) return false;
   Sum(game);
-  if (game.ErrorKazu > 0) return;
+  if (game.ErrorKazu > 0) return false;
 
   CkLabelInUseNW();
   if (mode.warnsUncalledPrg) CkPrgNameInUseNW();
   Sum(game);
-  if (game.ErrorKazu > 0 || loadResult != 0) return;
+  if (game.ErrorKazu > 0 || loadResult != 0) return false;
   Sum(game);
-  if (game.ErrorKazu != 0) return;
+  return game.ErrorKazu == 0;
+}
+
+int LinkSource(TDiagBase& game) {
+  ResetFileData();
+  ResetComet2(*m);
+  m->dispLang = b->Lang;
+  return Link31NWGM(game);
+}
+
+namespace {
+
+// Steps 8 to 17 of a pass, for a file that was read. Returns when the pass
+// is over, at a gate or after the clean-up.
+void RunStages(TGame& game, const FightMode& mode, int loadResult) {
+  game.CurrentFileCh = fileData->LastSrcFile;
+  game.CurrentFile = fileData->LastSrcFile;
+  if (!AnalyseSource(game, mode, loadResult)) return;
 
   // The assembly is clean.
   timeVcl->stampAssembleEnd();
@@ -116,10 +131,7 @@ void RunStages(TGame& game, const FightMode& mode, int loadResult) {
       DspWarningKazuE(game, u"", 'f');
     }
   }
-  ResetFileData();
-  ResetComet2(*m);
-  m->dispLang = b->Lang;
-  int linked = Link31NWGM(game);
+  int linked = LinkSource(game);
   timeVcl->stampLinkEnd();
   timeVcl->DspReadAssembleLinkTime(mode.tag);
 

@@ -45,6 +45,14 @@ void DspBanner(const std::string& modeName);
 // For tests: the banner counter back to 0.
 void ResetBannerCount();
 
+// Steps of one pass on a file that ReadSource has read, for the Fight and
+// for any other front end. AnalyseSource runs the analysis stages, each
+// behind its gate, and tells whether the file is clean and goes on to the
+// link; LinkSource makes the machine ready and links (the result of
+// Link31NWGM: 0 or above when the image is loaded).
+bool AnalyseSource(TDiagBase& game, const FightMode& mode, int loadResult);
+int LinkSource(TDiagBase& game);
+
 // The Fight loop of one mode: 0 for the end of the program, 8888 for a
 // change of mode.
 int Fight(TGame& game, const FightMode& mode);
