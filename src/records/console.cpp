@@ -15,10 +15,12 @@ namespace {
 
 std::string g_outBuf;
 std::string* g_capture = nullptr;
+bool g_discard = false;
+std::string* g_frontCapture = nullptr;
 
-void WriteAll(const char* p, size_t n) {
+void WriteAll(int fd, const char* p, size_t n) {
   while (n > 0) {
-    ssize_t w = ::write(1, p, n);
+    ssize_t w = ::write(fd, p, n);
     if (w < 0) {
       if (errno == EINTR) continue;
       return;  // nowhere to report a broken console
@@ -106,10 +108,12 @@ std::string AtEnd() {
 
 void Flush() {
   if (g_outBuf.empty()) return;
-  if (g_capture) {
+  if (g_discard) {
+    // Nobody reads it.
+  } else if (g_capture) {
     g_capture->append(g_outBuf);
   } else {
-    WriteAll(g_outBuf.data(), g_outBuf.size());
+    WriteAll(1, g_outBuf.data(), g_outBuf.size());
   }
   g_outBuf.clear();
 }
@@ -117,7 +121,32 @@ void Flush() {
 void SetCapture(std::string* sink) {
   Flush();
   g_capture = sink;
+  g_discard = false;
 }
+
+void SetDiscard() {
+  Flush();
+  g_capture = nullptr;
+  g_discard = true;
+}
+
+void Print(std::string_view utf8) {
+  if (g_frontCapture) {
+    g_frontCapture->append(utf8);
+  } else {
+    WriteAll(1, utf8.data(), utf8.size());
+  }
+}
+
+void PrintErr(std::string_view utf8) {
+  if (g_frontCapture) {
+    g_frontCapture->append(utf8);
+  } else {
+    WriteAll(2, utf8.data(), utf8.size());
+  }
+}
+
+void SetFrontCapture(std::string* sink) { g_frontCapture = sink; }
 
 Stream& Stream::operator<<(std::string_view s) {
   g_outBuf.append(s);

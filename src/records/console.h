@@ -49,6 +49,15 @@ void Flush();
 
 // Redirects all output into *sink (nullptr: back to standard output).
 void SetCapture(std::string* sink);
+// Sends all output nowhere, until the next SetCapture.
+void SetDiscard();
+
+// The own lines of a front end other than the menu program (UTF-8), written
+// at once to standard output or standard error, whatever happens to the
+// console text above. Tests collect both into one string.
+void Print(std::string_view utf8);
+void PrintErr(std::string_view utf8);
+void SetFrontCapture(std::string* sink);
 
 // Reads the rest of the current input line, at most maxBytes bytes; the rest
 // of a longer line stays for the next read. A CR before the line end is
