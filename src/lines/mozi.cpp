@@ -23,10 +23,10 @@ wview ZeroEnded(wview w) {
 // outside ASCII except the 1-byte katakana.
 bool IsTwoByte(char16_t c) { return c >= 0x80 && !(c >= 0xFF61 && c <= 0xFF9F); }
 
-// Prints one line with the line prefix; `count` adds one error on cs.
-void PrintLine(int line, const wstr& text, bool count) {
-  con::out << MsgHead(*cs, kError, line, Head::Line) << text << con::endl;
-  if (count) ++cs->ErrorKazu;
+// Prints one line with the line prefix; `count` adds one error on cs. The
+// log does not repeat it.
+void PrintLine(int line, const wstr& text, bool count, const char* code) {
+  Tell(*cs, kError, line, {text}, code, Head::Line, count);
 }
 
 }  // namespace
@@ -85,7 +85,7 @@ int AnalystNW(wview word0, int line) {
               j ? wstr(u" レジスタは GR0-GR7 の8個だけです。") + u" GR8-GR9 は無いので使えない。 "
                 : wstr(u"The comet2 has eight general registers of GR0-GR7. ") +
                       u"Neither GR8 nor GR9 is a general register of comet2. ",
-              false);
+              false, "4A2E0801");
     ++hits;
   }
   if (!word.empty() && word[0] >= u'0' && word[0] <= u'9') {
@@ -94,7 +94,7 @@ int AnalystNW(wview word0, int line) {
               j ? w + u" レジスタ名（やラベル）の先頭文字に数字は使えない。"
                 : wstr(u"The first character must be a letter. ") + u"A numerical is not allowed to be used " +
                       u"as the 1st letter of a label of " + w + u". ",
-              true);
+              true, "4A2E0802");
     ++hits;
   }
   for (char16_t c : word) {
@@ -103,7 +103,7 @@ int AnalystNW(wview word0, int line) {
       PrintLine(line,
                 j ? w + u" 小文字がある。 小文字は CASL2 では使えない。"
                   : w + u": " + u"There is a small letter in it. " + u"It cannot be used in casl2.",
-                true);
+                true, "4A2E0803");
       ++hits;
       break;
     }

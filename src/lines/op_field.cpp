@@ -108,14 +108,11 @@ int RemoveNoOprndOpSemiColnNW(int line) {
 void AnalystOPNW(int line) {
   wstr op = L(line).opStr.substr(0, 95);
   if (op.empty() || op.back() != u',') return;
-  con::out << MsgHead(*cs, kError, line, Head::Line);
-  if (cs->IsJ()) {
-    con::out << u"演算子の右は空白にする。コンマは不要です。 ";
-  } else {
-    con::out << u"A space is expected at the right side of the opcode. " << u"A comma is of no use. ";
-  }
-  con::out << con::endl;
-  ++cs->ErrorKazu;
+  // Printed and counted; the log does not repeat it.
+  Tell(*cs, kError, line,
+       {cs->IsJ() ? wstr(u"演算子の右は空白にする。コンマは不要です。 ")
+                  : wstr(u"A space is expected at the right side of the opcode. ") + u"A comma is of no use. "},
+       "5CF454FA");
 }
 
 int DetDefLineNW(int prg) {

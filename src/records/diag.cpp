@@ -89,13 +89,17 @@ wstr MsgHead(const TDiagBase& w, int kind, int line, Head head, int constNr) {
   return s;
 }
 
-void Say(TDiagBase& w, int kind, int line, const std::vector<wstr>& lines, const char* code,
-         wview srcText, Head head, int constNr) {
+namespace {
+
+// Prints a message and fills its record, apart from the log it goes to.
+TMsgRec PrintMsg(TDiagBase& w, int kind, int line, const std::vector<wstr>& lines, const char* code, Head head,
+                 int constNr) {
   TMsgRec rec;
   rec.line = line;
   rec.kind = kind;
   rec.classWord = msgLog->ClassWordOf(kind, w.IsJ() ? 0 : 1);
   wstr first = MsgHead(w, kind, line, head, constNr);
+  rec.headSize = first.size();
   if (!lines.empty()) first += lines[0];
   con::out << first << con::endl;
   rec.msgLines[0] = first;
@@ -103,10 +107,25 @@ void Say(TDiagBase& w, int kind, int line, const std::vector<wstr>& lines, const
     con::out << lines[k] << con::endl;
     if (k < rec.msgLines.size()) rec.msgLines[k] = lines[k];
   }
+  rec.code = code ? code : "";
+  return rec;
+}
+
+}  // namespace
+
+void Say(TDiagBase& w, int kind, int line, const std::vector<wstr>& lines, const char* code,
+         wview srcText, Head head, int constNr) {
+  TMsgRec rec = PrintMsg(w, kind, line, lines, code, head, constNr);
   ++w.Counter(kind);
   rec.srcText = wstr(srcText);
-  rec.code = code ? code : "";
   msgLog->AddMsgW(rec);
+}
+
+void Tell(TDiagBase& w, int kind, int line, const std::vector<wstr>& lines, const char* code, Head head, bool count) {
+  TMsgRec rec = PrintMsg(w, kind, line, lines, code, head, 0);
+  if (count) ++w.Counter(kind);
+  rec.before = msgLog->WideLog.size();
+  msgLog->QuietLog.push_back(std::move(rec));
 }
 
 void DspWarningKazuJ(TDiagBase& game, wview lead) {

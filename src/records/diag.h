@@ -20,6 +20,8 @@ struct TMsgRec {
   std::string tag;
   wstr tagW;
   std::string code;  // the identity of the check, never shown
+  size_t headSize = 0;  // units of msgLines[0] that are the head (prefix, line number)
+  size_t before = 0;    // of a quiet record: the number of WideLog records printed before it
 };
 
 class TMsgLog : public TDiagBase {
@@ -28,12 +30,16 @@ class TMsgLog : public TDiagBase {
 
   std::vector<std::string> NarrowLog;
   std::vector<TMsgRec> WideLog;
+  // Messages that are printed and (mostly) counted but are not repeated by
+  // DspMsgLog: kept for front ends, which read every diagnostic from the log.
+  std::vector<TMsgRec> QuietLog;
   std::array<wstr, 14> ClassWord;
 
   void AddMsgW(const TMsgRec& rec) { WideLog.push_back(rec); }
   void ClearMsgLog() {
     NarrowLog.clear();
     WideLog.clear();
+    QuietLog.clear();
   }
   // Writes every logged message again, line by line.
   void DspMsgLog() const;
@@ -64,6 +70,11 @@ enum class Head {
 // the log), `code` the identity of the check.
 void Say(TDiagBase& w, int kind, int line, const std::vector<wstr>& lines, const char* code,
          wview srcText = {}, Head head = Head::Line, int constNr = 0);
+
+// As Say, for a message that the log does not repeat: printed, counted
+// unless `count` is false, and kept in QuietLog for front ends.
+void Tell(TDiagBase& w, int kind, int line, const std::vector<wstr>& lines, const char* code, Head head = Head::Line,
+          bool count = true);
 
 // The head alone, as Say builds it (for composing in tests and special
 // checks).

@@ -32,14 +32,10 @@ bool HoldsWordForm(wview s, wview word) {
 
 const std::string& FileNameOfPass() { return fileData->LastSrcFile.empty() ? b->FileName : fileData->LastSrcFile; }
 
-// Prints one line with the prefix of a line and counts 1 error on b, with no
-// record.
-void PrintCounted(int line, const std::vector<wstr>& lines, bool withPrefix) {
-  for (size_t k = 0; k < lines.size(); ++k) {
-    if (k == 0 && withPrefix) con::out << MsgHead(*b, kError, line, Head::Line);
-    con::out << lines[k] << con::endl;
-  }
-  ++b->ErrorKazu;
+// Prints the lines, the first with the prefix of a line when asked, and
+// counts 1 error on b; the log does not repeat it.
+void PrintCounted(int line, const std::vector<wstr>& lines, bool withPrefix, const char* code) {
+  Tell(*b, kError, line, lines, code, withPrefix ? Head::Line : Head::None);
 }
 
 void ReportNoRet(int prg) {
@@ -135,7 +131,7 @@ static void LrMessage(int line, wview word, bool semicolon) {
     } else {
       l = {lead + u" " + w + u"の右に全角の空白がある。 全角の空白文字は使えない。　"};
     }
-    PrintCounted(line, l, true);
+    PrintCounted(line, l, true, semicolon ? "6A5BB572" : "6A5BB573");
   } else {
     if (semicolon) {
       l = {u" A space is expected at the right side of " + w + u" instruction. ",
@@ -144,7 +140,7 @@ static void LrMessage(int line, wview word, bool semicolon) {
       l = {u" There is a 2-byte space at the right side of " + w + u" instruction. ",
            u"The 2-byte space is not allowed for use in CASL2. ", u"It should be replaced with a 1-byte space, or deleted. "};
     }
-    PrintCounted(line, l, false);
+    PrintCounted(line, l, false, semicolon ? "6A5BB572" : "6A5BB573");
   }
 }
 
