@@ -6,7 +6,7 @@ MAKEFLAGS += --no-print-directory
 BUILD     := build
 ASAN      := build-asan
 JOBS      ?= 2
-APT_PKGS  := cmake g++ libboost-dev libgtest-dev libbenchmark-dev
+APT_PKGS  := cmake g++ libboost-dev libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev libedit-dev
 
 .PHONY: all deps build run test bench clean
 
@@ -22,6 +22,9 @@ deps:
 	  missing="$$missing gtest"; \
 	fi; \
 	[ -f /usr/include/benchmark/benchmark.h ] || missing="$$missing benchmark"; \
+	[ -f /usr/include/CLI/CLI.hpp ] || missing="$$missing cli11"; \
+	[ -f /usr/include/nlohmann/json.hpp ] || missing="$$missing nlohmann-json"; \
+	[ -f /usr/include/editline/readline.h ] || missing="$$missing libedit"; \
 	if [ -n "$$missing" ]; then \
 	  echo "missing:$$missing"; \
 	  if [ "$$(id -u)" = 0 ]; then \

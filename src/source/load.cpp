@@ -191,27 +191,28 @@ int OpenFileNarrowToVec(const std::string& fileName, int maxLineChars, int maxLi
     std::string_view line = NextLine(bytes, pos);
     if (maxLineChars > 0 && !toldLong && line.size() > static_cast<size_t>(maxLineChars)) {
       toldLong = true;
-      if (fileData->Lang != 1) {
-        con::out << u"一行の中に " << static_cast<long long>(line.size()) << u" 文字ある。 ソースコード一行の制限文字数 "
-                 << maxLineChars << u" 文字（独自仕様）を超えている。 エラーにはなりませんが、制限文字数以上は読み込みません。 "
-                 << con::endl;
-      } else {
-        con::out << "There are " << static_cast<long long>(line.size())
-                 << " characters in the line. The assembler does not read more than " << maxLineChars
-                 << " characters in a line. (Spec. of drill asm): This could cause an error to assemble the line. "
-                 << con::endl;
-      }
+      // No error: the line is cut, and the load goes on.
+      const wstr n = WNum(static_cast<long long>(line.size())), limit = WNum(maxLineChars);
+      Tell(*fileData, kNote, static_cast<int>(lineKazu),
+           {fileData->Lang != 1
+                ? u"一行の中に " + n + u" 文字ある。 ソースコード一行の制限文字数 " + limit +
+                      u" 文字（独自仕様）を超えている。 エラーにはなりませんが、制限文字数以上は読み込みません。 "
+                : u"There are " + n + u" characters in the line. The assembler does not read more than " + limit +
+                      u" characters in a line. (Spec. of drill asm): This could cause an error to assemble the line. "},
+           "0C5B8001", Head::None, false);
     }
   }
   if (maxLines > 0 && lineKazu > static_cast<size_t>(maxLines)) {
-    if (fileData->Lang != 1) {
-      con::out << u"ソースコードのおおよその制限（一つのファイルにつき） " << maxLines
-               << u"行 を超えています。行数を減らす工夫をしてご利用ください。 " << con::endl;
-    } else {
-      con::out << "There is a limitation to the number of the lines in a source code file. The maximum is "
-               << maxLines << " lines in a file. There are " << static_cast<long long>(lineKazu)
-               << " lines in your source code. You are expected to decrease the lines in your file. " << con::endl;
-    }
+    // The file is not read; the pass goes back to the menu without a count.
+    const wstr limit = WNum(maxLines);
+    Tell(*fileData, kError, 0,
+         {fileData->Lang != 1
+              ? u"ソースコードのおおよその制限（一つのファイルにつき） " + limit +
+                    u"行 を超えています。行数を減らす工夫をしてご利用ください。 "
+              : u"There is a limitation to the number of the lines in a source code file. The maximum is " + limit +
+                    u" lines in a file. There are " + WNum(static_cast<long long>(lineKazu)) +
+                    u" lines in your source code. You are expected to decrease the lines in your file. "},
+         "0C5B8002", Head::None, false);
     return -3;
   }
   if (lineKazu > kMaxSourceLines) {
