@@ -95,6 +95,23 @@ TEST_F(SourceLoad, DecodersNeverStopOnBadBytes) {
   EXPECT_FALSE(AnsiToWStr(all).empty() || Utf8ToWStr(all).empty());
 }
 
+// A line of bytes below 0x80 alone does not go through the converter: each
+// of its bytes must come out as the converter gives it inside a line that
+// needs the converter, and a zero byte still ends the line.
+TEST_F(SourceLoad, AsciiLinesDecodeAsTheConverterDoes) {
+  std::string ascii;
+  std::u16string viaConverter;
+  for (int c = 1; c < 0x80; ++c) {
+    const std::string ch(1, static_cast<char>(c));
+    const std::u16string w = AnsiToWStr(ch + "\x82\xA0");
+    ASSERT_EQ(w.size(), 2u) << c;
+    ascii += ch;
+    viaConverter += w[0];
+  }
+  EXPECT_EQ(AnsiToWStr(ascii), viaConverter);
+  EXPECT_EQ(AnsiToWStr(std::string("AB\0\x82\xA0", 5)) + AnsiToWStr(std::string("\0A", 2)), u"AB");
+}
+
 TEST_F(SourceLoad, FiveEncodingsOfOneProgramLoadIntoIdenticalRecords) {
   const std::u16string text = u"PRG\tSTART\r\n  LD GR1,A ; x\r\n\tRET\r\nA DC 5\r\n END";
   const std::string ascii = U16ToUtf8(text);

@@ -16,6 +16,13 @@ std::string_view ZeroEnded(std::string_view s) {
   return z == std::string_view::npos ? s : s.substr(0, z);
 }
 
+// True when every byte is below 0x80.
+bool IsAscii(std::string_view s) {
+  unsigned char any = 0;
+  for (unsigned char c : s) any |= c;
+  return any < 0x80;
+}
+
 int g_openErrno = 0;
 
 // One converter for the life of the process (one thread).
@@ -47,6 +54,13 @@ wstr AnsiToWStr(std::string_view line0) {
                << con::endl;
     }
     for (unsigned char c : line) out.push_back(c < 0x80 ? char16_t(c) : char16_t(0xFFFD));
+    return out;
+  }
+  // Code page 932 maps every byte from 0x01 to 0x7F to the same code point,
+  // so a line of such bytes alone is widened as it stands.
+  if (IsAscii(line)) {
+    out.resize(line.size());
+    for (size_t k = 0; k < line.size(); ++k) out[k] = static_cast<unsigned char>(line[k]);
     return out;
   }
   iconv(cd, nullptr, nullptr, nullptr, nullptr);
