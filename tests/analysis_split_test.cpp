@@ -9,12 +9,11 @@ using atest::Prog;
 
 class AnalysisSplit : public atest::Analysis {
  protected:
-  // Line 1 with opcode `op` and operand text `text`; a slot, a string and
-  // the count hold old values that the split must replace or keep.
+  // Line 1 with opcode `op` and operand text `text`; a slot and the count
+  // hold old values that the split must replace or keep.
   SrcLineW& Text(const std::u16string& op, const std::u16string& text) {
     SrcLineW& s = Make(U16ToUtf8(op) + "|old");
     s.oprndComStr = s.oprndComChH = text;
-    s.oprnd1Str = u"old";
     s.oprndCount = 7;
     return s;
   }
@@ -41,7 +40,6 @@ TEST_F(AnalysisSplit, SlotsKeepTheCommaThatEndedThem) {
               (std::array<std::u16string, 4>{c[2], c[3], c[4], c[5]}));
     const int count = c[1].empty() || c[0] == u"DC" ? 7 : c[4].empty() ? 2 : 3;
     EXPECT_EQ(s.oprndCount, count);
-    EXPECT_EQ(s.oprnd1Str, count == 2 ? c[2] : u"old");  // written for one or two operands only
   }
   EXPECT_EQ(Errors(), 0);
 }

@@ -170,7 +170,7 @@ TEST_F(CodegenImage, DsCountThatCannotBeMetAndLineTableEnd) {
   addressToLineMap();
   EXPECT_EQ((std::vector<int>{m->lineOfAdr[1], m->lineOfAdr[65035], m->lineOfAdr[65036], m->lineOfAdr[65041]}),
             (std::vector<int>{1, 2, -1, -1}));
-  b->vecSrcW[1].oprnd1Str = u"x";  // a count that was never read
+  b->vecSrcW[1].oprnd1ChH = u"x";  // a count that was never read
   b->vecSrcW[1].word_kazu = -1;
   c.out.clear();
   SetMryInAtDS_NWCS(0);

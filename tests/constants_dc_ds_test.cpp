@@ -127,7 +127,7 @@ TEST_F(ConstantsDcDsTest, DsMessages) {
 TEST_F(ConstantsDcDsTest, DsWordsAndAConversionThatStopsEarly) {
   Captured c;
   int five = Run(u"DS", u"+5"), cm = Run(u"DS", u"7 words for the table");
-  EXPECT_EQ(std::tuple(L(five).oprndCount, L(five).oprnd1Str, L(five).vecWord.at(4).wordNote, L(five).vecWord[4].wordCode),
+  EXPECT_EQ(std::tuple(L(five).oprndCount, L(five).oprnd1ChH, L(five).vecWord.at(4).wordNote, L(five).vecWord[4].wordCode),
             std::tuple(1, u"+5", u"DS", 0));
   EXPECT_EQ(L(cm).commentStr + u"|" + L(cm).oprnd2ChH, u"words for the table|words for the table");
   int bad = Run(u"DS", u"5+3");  // a fault that stops the pass

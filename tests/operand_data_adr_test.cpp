@@ -171,14 +171,14 @@ TEST_F(OperandDataAdrTest, TwoProgramsWithLiteralsMacrosForwardReferencesAndCall
   ASSERT_EQ(L(rpush).vecWord.size(), 14u);
   EXPECT_EQ(std::tuple(L(rpush).vecWord[0].wordCode, L(rpush).vecWord[12].wordCode, L(rpush).vecWord[13].wordCode),
             std::tuple(0x7001, 0x7007, 0));
-  EXPECT_EQ(L(rpush).vecWord[0].wordNote + u"|" + L(rpush).vecWord[1].wordNote, u"A part of RPOP|An adr part of RPOP");
+  EXPECT_EQ(std::u16string(L(rpush).vecWord[0].wordNote) + u"|" + std::u16string(L(rpush).vecWord[1].wordNote), u"A part of RPOP|An adr part of RPOP");
   EXPECT_EQ(Words(rpop), (std::vector<int32_t>{0x7170, 0x7160, 0x7150, 0x7140, 0x7130, 0x7120, 0x7110}));
   EXPECT_EQ(L(rpop).vecWord[6].wordNote, u"A part of of RPOP");
   EXPECT_EQ(L(ret2).vecWord.at(0).wordCode, 0x8100);
-  EXPECT_EQ(L(ret2).vecWord[0].wordNote + L(nop).vecWord.at(0).wordNote + L(s1).vecWord.at(0).wordNote, u"RETNOPSTART");
+  EXPECT_EQ(std::u16string(L(ret2).vecWord[0].wordNote) + std::u16string(L(nop).vecWord.at(0).wordNote) + std::u16string(L(s1).vecWord.at(0).wordNote), u"RETNOPSTART");
   // DS notes: the text with its first n characters dropped.
   ASSERT_EQ(L(buf2).vecWord.size(), 3u);
-  EXPECT_EQ(L(buf2).vecWord[0].wordNote + u"|" + L(buf2).vecWord[2].wordNote, u"An operand of DS: Nr.| operand of DS: Nr.");
+  EXPECT_EQ(std::u16string(L(buf2).vecWord[0].wordNote) + u"|" + std::u16string(L(buf2).vecWord[2].wordNote), u"An operand of DS: Nr.| operand of DS: Nr.");
   EXPECT_EQ(L(buf2).vecWord[2].abAdr, 73);
 }
 
@@ -192,7 +192,7 @@ TEST_F(OperandDataAdrTest, StartWithAnEntryLabelAndALongDs) {
   EXPECT_EQ(std::tuple(L(s).vecWord.at(1).abAdr, L(d).abAdr, L(ds).abAdr, L(go).abAdr, b->MaxMemory),
             std::tuple(1, 2, 2, 27, 28));
   ASSERT_EQ(L(ds).vecWord.size(), 25u);  // the note text runs out
-  EXPECT_EQ(L(ds).vecWord[20].wordNote + u"|" + L(ds).vecWord[21].wordNote, u".|");
+  EXPECT_EQ(std::u16string(L(ds).vecWord[20].wordNote) + u"|" + std::u16string(L(ds).vecWord[21].wordNote), u".|");
   EXPECT_EQ(L(ds).vecWord[24].abAdr, 26);
 }
 

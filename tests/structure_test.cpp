@@ -156,8 +156,8 @@ TEST_F(Structure, RecordsOfACleanFile) {
   ASSERT_EQ(b->vecPrgW.size(), 2u);
   EXPECT_EQ(b->vecPrgW[1].prgFirstLine * 10 + b->vecPrgW[1].prgEndLine, 57);
   EXPECT_EQ(Map(b->vecSrcW, &SrcLineW::prgNr), (std::vector<int>{0, 0, 0, 0, 0, 1, 1, 0}));
-  // editSaveStr is taken before the comments go; the names are stored.
-  EXPECT_EQ(b->vecSrcW[2].editSaveStr + u"|" + b->vecSrcW[2].editStr, u" RET ; back| RET ");
+  // The comments are gone from the working text; the names are stored.
+  EXPECT_EQ(b->vecSrcW[2].editStr, u" RET ");
   EXPECT_EQ(b->vecPrgW[0].PrgName + b->vecPrgW[1].PrgName + b->vecSrcW[5].labelStr, u"MAIN1SUBSUB");
   EXPECT_EQ(Map(msgLog->WideLog, &TMsgRec::kind), std::vector<int>{0});  // the count line is counted nowhere
   Fresh();
@@ -173,7 +173,7 @@ TEST_F(Structure, StartOperandWords) {
   SrcLineW& s = b->vecSrcW[0];
   auto Words = [](const SrcLineW& l) {
     std::u16string r = WNum(l.word_kazu) + u" " + Hex4W(l.first_word) + u" " + Hex4W(l.second_word);
-    for (const auto& w : l.vecWord) r += u" | " + Hex4W(w.wordCode) + u" " + w.wordNote;
+    for (const auto& w : l.vecWord) r += u" | " + Hex4W(w.wordCode) + u" " + std::u16string(w.wordNote);
     return r;
   };
   EXPECT_EQ(CkStartAdrOperandNW(0, u"LOOP", 0), 0);

@@ -128,8 +128,8 @@ int SetMryInAtDS_NWCS(int prg) {
   for (int i = first; i < end; ++i) {
     SrcLineW& L = b->vecSrcW[i];
     if (L.opStr != u"DS") continue;
-    // The count is the decimal operand as the DS analysis read it.
-    wstr t = TrimW(L.oprnd1Str);
+    // The count is the decimal operand as the DS analysis left it.
+    wstr t = TrimW(L.oprnd1ChH);
     bool digits = !t.empty();
     for (size_t k = 0; k < t.size(); ++k)
       if (!(IsDigitW(t[k]) || (k == 0 && t[k] == u'+'))) digits = false;

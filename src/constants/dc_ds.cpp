@@ -410,7 +410,6 @@ int OprndAtDS_NWCS(TCorrectScode& c, int line) {
     }
   }
   ln.oprnd1ChH = t;
-  ln.oprnd1Str = t;
   ln.oprnd2ChH = rest;
   if (!rest.empty()) ln.commentStr = rest;
   return 0;

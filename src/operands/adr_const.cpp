@@ -473,13 +473,13 @@ void PlaceCodes(SrcLineW& ln, int line, int& rl, int& ab, std::initializer_list<
 
 }  // namespace
 
-WordRecT<wstr> MakeWord(int32_t code, int rl, int ab, int line, wstr note) {
+WordRecT<wstr> MakeWord(int32_t code, int rl, int ab, int line, wview note) {
   WordRecT<wstr> w;
   w.wordCode = code;
   w.rlAdr = rl;
   w.abAdr = ab;
   w.line = line;
-  w.wordNote = std::move(note);
+  w.wordNote = note;
   return w;
 }
 
@@ -521,12 +521,12 @@ int AdrCk53NWCS(int prg) {
         ln.rlAdr = rl;
         ln.abAdr = ab;
         int n = ln.word_kazu < 0 ? 0 : ln.word_kazu > 65536 ? 65536 : ln.word_kazu;
-        static const wstr kNote = u"An operand of DS: Nr.";
+        static constexpr wview kNote = u"An operand of DS: Nr.";
         ln.vecWord.clear();
         ln.vecWord.reserve(static_cast<size_t>(n));
         for (int k = 0; k < n; ++k) {
-          wstr note = static_cast<size_t>(k) < kNote.size() ? kNote.substr(static_cast<size_t>(k)) : wstr();
-          ln.vecWord.push_back(MakeWord(0, rl + k, ab + k, i, std::move(note)));
+          wview note = static_cast<size_t>(k) < kNote.size() ? kNote.substr(static_cast<size_t>(k)) : wview();
+          ln.vecWord.push_back(MakeWord(0, rl + k, ab + k, i, note));
         }
         rl += n;
         ab += n;

@@ -24,8 +24,8 @@ int CkAdrOperandNWCS(TCorrectScode& c, int line, int slotNr);
 int AdrCk53NWCS(int prg);
 
 // One entry of a line's vecWord: the word, its two addresses, the line and
-// a note for the report.
-WordRecT<wstr> MakeWord(int32_t code, int rl, int ab, int line, wstr note = wstr());
+// a note for the report (a text that lives as long as the program).
+WordRecT<wstr> MakeWord(int32_t code, int rl, int ab, int line, wview note = wview());
 
 // Resolves the address operand of slot `slotNr` (1 or 2, cut of its comma)
 // of `line`: program names of the file first, then the labels of the line's

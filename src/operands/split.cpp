@@ -223,9 +223,6 @@ int SplitOprndsNW(int prg) {
     if (slotNr == 4 && srcPos < len) s.oprnd4ChH = s.oprndComChH.substr(static_cast<size_t>(srcPos));
     s.oprndCount = slotNr - 1;
     if (slotNr >= 1 && slotNr <= 3) {
-      s.oprnd1Str = s.oprnd1ChH;
-      if (slotNr >= 2) s.oprnd2Str = s.oprnd2ChH;
-      if (slotNr >= 3) s.oprnd3Str = s.oprnd3ChH;
       for (int k = slotNr + 1; k <= 4; ++k) slots[static_cast<size_t>(k)]->clear();
     }
   }

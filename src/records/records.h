@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "records/text.h"
@@ -69,7 +70,9 @@ struct WordRecT {
   int32_t rlAdr = 0;
   int32_t abAdr = 0;
   int32_t line = 0;
-  S wordNote;  // e.g. "An operand of START"
+  // e.g. "An operand of START": always a text of the program itself, so the
+  // record holds a view of it.
+  std::basic_string_view<typename S::value_type> wordNote;
 };
 
 template <class S>
@@ -100,27 +103,23 @@ struct OprndAtDCT {
 
 template <class S>
 struct SrcLineT {
-  S rawStr;       // the line as read
-  S editStr;      // the working copy each stage reads and rewrites
-  S editSaveStr;  // editStr when the pairing stage has finished
+  S rawStr;   // the line as read
+  S editStr;  // the working copy each stage reads and rewrites
   int32_t rlAdr = 0;  // address of the first word, relative to the program
   int32_t abAdr = 0;  // the same, absolute
   S labelStr;
   S afterLabelStr;  // what follows the label field, left-trimmed
   S opStr;
   int32_t hasLiteral = 0;
-  S oprndStr;     // operand text as written
   S oprndComStr;  // operand and comment text behind the opcode
   S oprndComChH;  // oprndComStr cut to 225 characters
   S oprnd1ChH, oprnd2ChH, oprnd3ChH, oprnd4ChH;  // split operands
-  S oprnd1Str, oprnd2Str, oprnd3Str;
   S commentStr;
   int32_t oprndCount = 0;
   int32_t word_kazu = 0;
   int32_t first_word = 0;
   int32_t second_word = 0;
   std::vector<WordRecT<S>> vecWord;
-  std::vector<int32_t> vecSrcNote;
   std::vector<LiteConstT<S>> vecLiteConst;
   std::vector<OprndAtDCT<S>> vecOprndAtDC;
   uint8_t labelUsed = 0;  // set when an operand names this line's label
@@ -129,7 +128,6 @@ struct SrcLineT {
   // Empties the vectors of the record.
   void FreeDetails() {
     vecWord.clear();
-    vecSrcNote.clear();
     vecLiteConst.clear();
     vecOprndAtDC.clear();
   }

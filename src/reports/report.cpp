@@ -313,9 +313,8 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
     int L = a < kNoLineFrom ? mc.lineOfAdr[a] : -1;
     if (L >= 0 && L < nLines && L != lastShown && !b->vecSrcW[L].opStr.empty()) {
       const SrcLineW& S = b->vecSrcW[L];
-      // The operand as written; the analysis keeps it in oprndComStr once
-      // the comment is cut off, where oprndStr was not filled.
-      const wstr& oprnd = S.oprndStr.empty() ? S.oprndComStr : S.oprndStr;
+      // The operand as written, without its comment.
+      const wstr& oprnd = S.oprndComStr;
       std::string T = U16ToUtf8(S.opStr) + " " + U16ToUtf8(oprnd);
       if (S.vecLiteConst.empty() || a <= S.abAdr) {
         PadRight(out, U16ToUtf8(S.labelStr), 2, S.labelStr.size());

@@ -384,7 +384,6 @@ int StartEnd20NW() {
     p.endLine = ends[i];
     b->vecPrgW.push_back(std::move(p));
   }
-  for (SrcLineW& s : v) s.editSaveStr = s.editStr;
   return 0;
 }
 
