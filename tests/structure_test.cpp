@@ -151,6 +151,41 @@ TEST_F(Structure, EveryFinding) {
   });
 }
 
+// The exact search takes a word with a blank or a tab right in front of it,
+// whatever follows, anywhere in the line; RET is looked for the same way for
+// the warning of a program without one.
+TEST_F(Structure, WordFormsOfTheExactSearch) {
+  struct {
+    Texts src;
+    int programs;
+    bool ret;
+  } rows[] = {
+      {{u"P\tSTART", u"\tRET", u"\tEND"}, 1, true},
+      {{u"P START\t", u" RET\t", u" END\t"}, 1, true},
+      {{u"P START X", u"L RET ", u" END"}, 1, true},
+      {{u"P START", u" NOP ;RET", u" RETURN", u" END"}, 1, true},  // a form inside a longer word
+      {{u"P START", u" NOP ;RET\tRET", u" END"}, 1, true},  // not the first place of the word
+      {{u"P START", u" NOP ;XRET", u" NOP ;RET", u" END"}, 1, false},
+      {{u"P START", u"RET", u" END"}, 1, false},  // nothing in front of it
+      {{u"P START", u" NOP", u" END", u"Q START", u" RET", u"\tEND"}, 2, false},
+  };
+  for (const auto& r : rows) {
+    SCOPED_TRACE(U16ToUtf8(r.src[1]));
+    Fresh();
+    Lines(r.src);
+    ASSERT_EQ(editNWB() + StartEnd10W() + StartEnd20NW(), 0) << out;
+    EXPECT_EQ(b->GetPrgKazuInFile(), r.programs);
+    EXPECT_EQ(out.find("There is not any RET") == std::string::npos, r.ret) << out;
+  }
+  // Neither START nor END behind a blank: the first is what is told.
+  Fresh();
+  Lines({u"P\u3000START", u"START", u" RET", u"\u3000END"});
+  editNWB();
+  StartEnd10W();
+  EXPECT_EQ(StartEnd20NW(), -1);
+  EXPECT_EQ(LogCodes(), Codes{"86F18976"});
+}
+
 TEST_F(Structure, RecordsOfACleanFile) {
   EXPECT_EQ(Front({u"; head", u"MAIN1 START", u" RET ; back", u" END", u"", u"SUB\tSTART", u" RET", u" END"}), 0);
   ASSERT_EQ(b->vecPrgW.size(), 2u);

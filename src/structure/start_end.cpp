@@ -19,13 +19,12 @@ constexpr char16_t kZenSpace = u'\u3000';
 bool Holds(wview s, wview form) { return s.find(form) != wview::npos; }
 
 // The six forms of a word: " W", " W ", " W<tab>", "<tab>W", "<tab>W ",
-// "<tab>W<tab>", searched in this order.
+// "<tab>W<tab>". The last two of each three hold the first, so the test is
+// whether a blank or a tab stands right in front of the word somewhere.
 bool HoldsWordForm(wview s, wview word) {
-  const wstr sp = u" " + wstr(word);
-  const wstr tb = u"\t" + wstr(word);
-  const wstr forms[6] = {sp, sp + u" ", sp + u"\t", tb, tb + u" ", tb + u"\t"};
-  for (const wstr& f : forms) {
-    if (Holds(s, f)) return true;
+  if (s.size() <= word.size()) return false;
+  for (size_t p = s.find(word, 1); p != wview::npos; p = s.find(word, p + 1)) {
+    if (IsBlankW(s[p - 1])) return true;
   }
   return false;
 }
