@@ -104,6 +104,29 @@ TEST_F(ReportFile, TwoProgramsTwoLabelsAtOneAddressAndAMachineThatRan) {
   EXPECT_EQ(Report("aaResultantRegMry.txt"), expected);
 }
 
+// A report of several pieces: the table is written out while it is built,
+// and the file holds the whole text.
+TEST_F(ReportFile, ALargeTableWrittenInPieces) {
+  ASSERT_EQ(Assemble("BIG\tSTART\nAREA\tDS\t2000\n\tLAD\tGR1,='AB'\n\tRET\n\tEND\n", game), 0) << c.out;
+  m->srcFileName = "big.cas";
+  std::vector<std::string> left;
+  const std::string text = Report("aaAssembledRegMry.txt", 1, &left);
+  EXPECT_EQ(left, std::vector<std::string>{"aaAssembledRegMry.txt"});
+  const std::string table =
+      "  Address     Label Char  Hex    UD     SD       Binary Code\n"
+      "#0000:    0:   BIG:    :#0000:    0:    +0: 0000 0000 0000 0000: 0:BIG START \n"
+      "#0001:    1:  AREA:    :#0000:    0:    +0: 0000 0000 0000 0000: 0:AREA DS 2000\n" +
+      ZeroRows(2, 2000, 5, " 0:") +
+      "#07D1: 2001:      :    :#1210: 4624: +4624: 0001 0010 0001 0000: 0:   LAD GR1,='AB'\n"
+      "#07D2: 2002:      :    :#07D4: 2004: +2004: 0000 0111 1101 0100: 0:\n"
+      "#07D3: 2003:      :    :#8100:33024:-32512: 1000 0001 0000 0000: 0:   RET \n"
+      "#07D4: 2004:      : 'A':#0041:   65:   +65: 0000 0000 0100 0001: 0:Literal:(LAD GR1,='AB')\n"
+      "#07D5: 2005:      : 'B':#0042:   66:   +66: 0000 0000 0100 0010: 0:\n" +
+      kShort + ZeroRows(2006, 2015, 5, " 0:") + Middle("#FFFF") + ZeroRows(65531, 65535, 5, "") + kShort;
+  ASSERT_GT(text.size(), size_t{1} << 17);
+  EXPECT_EQ(text.substr(text.find("  Address")), table);
+}
+
 TEST(ReportPieces, NumericColumns) {
   const std::pair<int32_t, const char*> rows[] = {
       {65, " 'A':#0041:   65:   +65: 0000 0000 0100 0001:"},       {0, "    :#0000:    0:    +0: 0000 0000 0000 0000:"},

@@ -79,7 +79,12 @@ static void PutUtf8(std::string& out, uint32_t cp) {
 
 std::string U16ToUtf8(wview s) {
   std::string out;
-  out.reserve(s.size());
+  AppendUtf8(out, s);
+  return out;
+}
+
+void AppendUtf8(std::string& out, wview s) {
+  out.reserve(out.size() + s.size());
   const size_t n = s.size();
   for (size_t i = 0; i < n; ++i) {
     uint32_t c = s[i];
@@ -93,7 +98,6 @@ std::string U16ToUtf8(wview s) {
       PutUtf8(out, c);
     }
   }
-  return out;
 }
 
 wstr WNum(long long n) {

@@ -17,6 +17,8 @@ wstr Utf8ToU16(std::string_view s);
 
 // UTF-16 -> UTF-8. A lone surrogate becomes U+FFFD.
 std::string U16ToUtf8(wview s);
+// The same, appended to `out`.
+void AppendUtf8(std::string& out, wview s);
 
 // Decimal text of n, no padding.
 wstr WNum(long long n);

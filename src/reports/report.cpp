@@ -1,6 +1,6 @@
 // The register and memory report. One writer serves the report after the
-// link and the one after the run; the file is built in memory, written to a
-// temporary file in the same folder and renamed over the target.
+// link and the one after the run; the file is built piece by piece into a
+// temporary file in the same folder, which is renamed over the target.
 #include "reports/report.h"
 
 #include <fcntl.h>
@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "records/console.h"
@@ -31,14 +32,14 @@ const char* const kLongRule =
     "//----------------------------------------"
     "--------------------------------------------";
 
-void PadLeft(std::string& out, const std::string& s, size_t width, size_t len) {
+void PadLeft(std::string& out, std::string_view s, size_t width, size_t len) {
   if (len < width) out.append(width - len, ' ');
   out += s;
 }
 
-void PadLeft(std::string& out, const std::string& s, size_t width) { PadLeft(out, s, width, s.size()); }
+void PadLeft(std::string& out, std::string_view s, size_t width) { PadLeft(out, s, width, s.size()); }
 
-void PadRight(std::string& out, const std::string& s, size_t width, size_t len) {
+void PadRight(std::string& out, std::string_view s, size_t width, size_t len) {
   out += s;
   if (len < width) out.append(width - len, ' ');
 }
@@ -53,57 +54,116 @@ int Digits(long long v) {
   return d;
 }
 
-// The labels standing at each address, built once from the lines: the text
-// that labelsAtAdr gives, for every address that has one.
+// The decimal text of v, written backwards from `end`; returns its start.
+char* DecimalBefore(char* end, uint32_t v) {
+  do {
+    *--end = static_cast<char>('0' + v % 10);
+    v /= 10;
+  } while (v != 0);
+  return end;
+}
+
+// The decimal text of n, right-aligned in `width` columns (wider text is
+// written as it is).
+void PutDecimal(std::string& out, long long n, size_t width) {
+  char buf[24];
+  char* end = buf + sizeof buf;
+  unsigned long long u = n < 0 ? 0ULL - static_cast<unsigned long long>(n) : static_cast<unsigned long long>(n);
+  char* p = end;
+  do {
+    *--p = static_cast<char>('0' + u % 10);
+    u /= 10;
+  } while (u != 0);
+  if (n < 0) *--p = '-';
+  PadLeft(out, std::string_view(p, static_cast<size_t>(end - p)), width);
+}
+
+const char kHexDigits[] = "0123456789ABCDEF";
+
+// "#" and four upper-case hex digits of the low 16 bits.
+void PutHex4(char* p, uint32_t v) {
+  p[0] = '#';
+  for (int k = 0; k < 4; ++k) p[4 - k] = kHexDigits[(v >> (4 * k)) & 0xF];
+}
+
+// The head of a memory row: the address in hex and, five wide, in decimal.
+void PutAddress(std::string& out, int a) {
+  char buf[12];
+  PutHex4(buf, static_cast<uint32_t>(a));
+  buf[5] = ':';
+  std::memset(buf + 6, ' ', 5);
+  DecimalBefore(buf + 11, static_cast<uint32_t>(a));
+  out.append(buf, 11);
+}
+
+// The labels standing at the addresses of the table, each converted once:
+// the text that labelsAtAdr gives, for every address below `size` that has
+// one, in the order of the addresses.
 struct LabelTable {
-  std::vector<wstr> text;  // by address; empty for none
+  struct Entry {
+    int adr;
+    uint32_t from, bytes;  // the text in `pool`
+    uint32_t width;        // its length in 16-bit characters
+  };
+  std::string pool;
+  std::vector<Entry> entries;
 
   void Build(int size) {
-    text.assign(size > 0 ? size : 0, wstr());
     // A line is reached by the scan for its address only if no labelled line
-    // before it stands at a higher address.
+    // before it stands at a higher address: the addresses taken never go
+    // down, so the labels of one address come one after the other.
     long long highest = -1;
     for (const SrcLineW& L : b->vecSrcW) {
       if (L.labelStr.empty()) continue;
       int a = L.abAdr;
       if (highest <= a && a >= 0 && a < size) {
-        wstr& t = text[a];
-        if (!t.empty()) t += u' ';
-        t += L.labelStr;
+        if (entries.empty() || entries.back().adr != a) {
+          entries.push_back(Entry{a, static_cast<uint32_t>(pool.size()), 0, 0});
+        } else {
+          pool += ' ';
+          entries.back().width += 1;
+        }
+        AppendUtf8(pool, L.labelStr);
+        Entry& e = entries.back();
+        e.bytes = static_cast<uint32_t>(pool.size()) - e.from;
+        e.width += static_cast<uint32_t>(L.labelStr.size());
       }
       if (a > highest) highest = a;
     }
-  }
-  const wstr& At(int a) const {
-    static const wstr none;
-    return (a >= 0 && a < static_cast<int>(text.size())) ? text[a] : none;
   }
 };
 
 // The low 16 bits of a cell as a row of char, hex, unsigned, signed, binary.
 void NumericRow(std::string& out, int32_t v) {
+  // " 'c':#XXXX:uuuuu:ssssss: bbbb bbbb bbbb bbbb:" is 46 characters.
+  char buf[46];
   uint16_t u = static_cast<uint16_t>(v & 0xFFFF);
   int16_t s = static_cast<int16_t>(u);
-  out += ' ';
+  buf[0] = ' ';
   if (u >= 0x20 && u <= 0x7E) {
-    out += '\'';
-    out += static_cast<char>(u);
-    out += '\'';
+    buf[1] = '\'';
+    buf[2] = static_cast<char>(u);
+    buf[3] = '\'';
   } else {
-    out += "   ";
+    buf[1] = buf[2] = buf[3] = ' ';
   }
-  out += ':';
-  out += Hex4(u);
-  out += ':';
-  PadLeft(out, std::to_string(u), 5);
-  out += ':';
-  PadLeft(out, (s >= 0 ? "+" : "") + std::to_string(s), 6);
-  out += ':';
+  buf[4] = ':';
+  PutHex4(buf + 5, u);
+  buf[10] = ':';
+  std::memset(buf + 11, ' ', 5);
+  DecimalBefore(buf + 16, u);
+  buf[16] = ':';
+  std::memset(buf + 17, ' ', 6);
+  char* p = DecimalBefore(buf + 23, static_cast<uint32_t>(s < 0 ? -s : s));
+  p[-1] = s < 0 ? '-' : '+';
+  buf[23] = ':';
+  char* q = buf + 24;
   for (int bit = 15; bit >= 0; --bit) {
-    if (bit % 4 == 3) out += ' ';
-    out += ((u >> bit) & 1) ? '1' : '0';
+    if (bit % 4 == 3) *q++ = ' ';
+    *q++ = ((u >> bit) & 1) ? '1' : '0';
   }
-  out += ':';
+  *q++ = ':';
+  out.append(buf, static_cast<size_t>(q - buf));
 }
 
 std::string FormatStamp(int lang, std::time_t t) {
@@ -132,49 +192,89 @@ std::string FormatStamp(int lang, std::time_t t) {
   return buf;
 }
 
-// Writes `data` to `path` through a temporary file in the same folder.
-bool WriteAtomically(const std::string& path, const std::string& data, int& err) {
-  std::string dir = ".";
-  std::string base = path;
-  size_t slash = path.find_last_of('/');
-  if (slash != std::string::npos) {
-    dir = path.substr(0, slash);
-    base = path.substr(slash + 1);
-    if (dir.empty()) dir = "/";
+// A file written through a temporary file in the same folder, which is
+// renamed over the target once everything is in it. The temporary file is
+// made at the first write; after a failure nothing is left of it, and `err`
+// tells why.
+class AtomicFile {
+ public:
+  explicit AtomicFile(const std::string& path) : path_(path) {}
+  AtomicFile(const AtomicFile&) = delete;
+  AtomicFile& operator=(const AtomicFile&) = delete;
+  ~AtomicFile() {
+    if (fd_ >= 0) {
+      ::close(fd_);
+      ::unlink(name_.data());
+    }
   }
-  std::string tmpl = dir + "/." + base + ".XXXXXX";
-  std::vector<char> name(tmpl.begin(), tmpl.end());
-  name.push_back('\0');
-  int fd = mkstemp(name.data());
-  if (fd < 0) {
-    err = errno;
-    return false;
+
+  bool Write(std::string_view data) {
+    if (fd_ < 0 && !Open()) return false;
+    size_t done = 0;
+    while (done < data.size()) {
+      ssize_t n = ::write(fd_, data.data() + done, data.size() - done);
+      if (n < 0) {
+        if (errno == EINTR) continue;
+        return Fail();
+      }
+      done += static_cast<size_t>(n);
+    }
+    return true;
   }
-  fchmod(fd, 0644);
-  size_t done = 0;
-  while (done < data.size()) {
-    ssize_t n = ::write(fd, data.data() + done, data.size() - done);
-    if (n < 0) {
-      if (errno == EINTR) continue;
+
+  bool Commit() {
+    if (fd_ < 0 && !Open()) return false;
+    int fd = fd_;
+    fd_ = -1;
+    if (::close(fd) != 0) {
       err = errno;
-      ::close(fd);
-      ::unlink(name.data());
+      ::unlink(name_.data());
       return false;
     }
-    done += static_cast<size_t>(n);
+    if (std::rename(name_.data(), path_.c_str()) != 0) {
+      err = errno;
+      ::unlink(name_.data());
+      return false;
+    }
+    return true;
   }
-  if (::close(fd) != 0) {
+
+  int err = 0;
+
+ private:
+  bool Open() {
+    std::string dir = ".";
+    std::string base = path_;
+    size_t slash = path_.find_last_of('/');
+    if (slash != std::string::npos) {
+      dir = path_.substr(0, slash);
+      base = path_.substr(slash + 1);
+      if (dir.empty()) dir = "/";
+    }
+    std::string tmpl = dir + "/." + base + ".XXXXXX";
+    name_.assign(tmpl.begin(), tmpl.end());
+    name_.push_back('\0');
+    fd_ = mkstemp(name_.data());
+    if (fd_ < 0) {
+      err = errno;
+      return false;
+    }
+    fchmod(fd_, 0644);
+    return true;
+  }
+
+  bool Fail() {
     err = errno;
-    ::unlink(name.data());
+    ::close(fd_);
+    ::unlink(name_.data());
+    fd_ = -1;
     return false;
   }
-  if (std::rename(name.data(), path.c_str()) != 0) {
-    err = errno;
-    ::unlink(name.data());
-    return false;
-  }
-  return true;
-}
+
+  const std::string& path_;
+  std::vector<char> name_;
+  int fd_ = -1;
+};
 
 }  // namespace
 
@@ -233,6 +333,19 @@ std::time_t ReportNow() {
 // ---------------------------------------------------------------------------
 namespace {
 
+// The text of a line in the table, each part converted once: opcode and
+// operand, and the label.
+struct LineText {
+  int line = -1;
+  std::string text;   // opcode, a blank, the operand
+  std::string label;  // the label
+  size_t labelWidth = 0;
+};
+
+// The report is built in pieces of about this size, each written out before
+// the next is built.
+constexpr size_t kChunk = 1 << 16;
+
 int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
   const int maxMemory = b->MaxMemory < 0 ? 0 : b->MaxMemory;
   const int rows = maxMemory + 10 > kMemoryCells ? kMemoryCells : maxMemory + 10;
@@ -240,13 +353,26 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
   LabelTable labels;
   labels.Build(rows);
   size_t W = 5;
-  for (int a = 0; a < maxMemory && a < rows; ++a) {
-    const wstr& t = labels.At(a);
-    if (t.size() > W) W = t.size();
+  for (const LabelTable::Entry& e : labels.entries) {
+    if (e.adr < maxMemory && e.width > W) W = e.width;
   }
 
+  AtomicFile file(reportName);
   std::string out;
-  out.reserve(static_cast<size_t>(rows) * 120 + 4096);
+  out.reserve(kChunk + 4096);
+  // Writes the text built so far once it has grown to a piece.
+  auto written = [&](bool always) {
+    if (!always && out.size() < kChunk) return true;
+    bool ok = file.Write(out);
+    out.clear();
+    return ok;
+  };
+  auto failed = [&]() {
+    con::out << Utf8ToU16(reportName) << u" does not open." << con::endl;
+    con::out << "Msg:" << std::strerror(file.err) << con::endl;
+    return -1;
+  };
+
   out += "Please open this file with a monospaced font such as MS Gothic,\n";
   out += "it will be easy to read the results because it is displayed in a tabular format.\n";
   out += "A font size 10 is recommended for printing these on A4 paper.\n";
@@ -268,7 +394,7 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
   out += '\n';
   for (int n = 0; n < 8; ++n) {
     out += "  GR";
-    out += std::to_string(n);
+    out += static_cast<char>('0' + n);
     out += ':';
     NumericRow(out, mc.GR[n]);
     out += '\n';
@@ -297,36 +423,49 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
   const int nLines = static_cast<int>(b->vecSrcW.size());
   int lastPrgLastAdr = b->vecPrgW.empty() ? -1 : b->vecPrgW.back().prgLastAdr;
   int lastShown = -1;
+  size_t nextLabel = 0;
+  LineText lt;
   for (int a = 0; a < rows; ++a) {
-    out += Hex4(static_cast<uint32_t>(a));
+    PutAddress(out, a);
     out += ':';
-    PadLeft(out, std::to_string(a), 5);
-    out += ':';
-    const wstr& lab = labels.At(a);
-    PadLeft(out, U16ToUtf8(lab), W + 1, lab.size());
+    while (nextLabel < labels.entries.size() && labels.entries[nextLabel].adr < a) ++nextLabel;
+    if (nextLabel < labels.entries.size() && labels.entries[nextLabel].adr == a) {
+      const LabelTable::Entry& e = labels.entries[nextLabel];
+      PadLeft(out, std::string_view(labels.pool).substr(e.from, e.bytes), W + 1, e.width);
+    } else {
+      out.append(W + 1, ' ');
+    }
     out += ':';
     NumericRow(out, mc.Memory[a]);
     if (countColumn) {
-      PadLeft(out, std::to_string(mc.execCount[a]), countWidth);
+      PutDecimal(out, mc.execCount[a], countWidth);
       out += ':';
     }
     int L = a < kNoLineFrom ? mc.lineOfAdr[a] : -1;
     if (L >= 0 && L < nLines && L != lastShown && !b->vecSrcW[L].opStr.empty()) {
       const SrcLineW& S = b->vecSrcW[L];
-      // The operand as written, without its comment.
-      const wstr& oprnd = S.oprndComStr;
-      std::string T = U16ToUtf8(S.opStr) + " " + U16ToUtf8(oprnd);
+      if (lt.line != L) {
+        // The operand as written, without its comment.
+        lt.line = L;
+        lt.text.clear();
+        AppendUtf8(lt.text, S.opStr);
+        lt.text += ' ';
+        AppendUtf8(lt.text, S.oprndComStr);
+        lt.label.clear();
+        AppendUtf8(lt.label, S.labelStr);
+        lt.labelWidth = S.labelStr.size();
+      }
       if (S.vecLiteConst.empty() || a <= S.abAdr) {
-        PadRight(out, U16ToUtf8(S.labelStr), 2, S.labelStr.size());
+        PadRight(out, lt.label, 2, lt.labelWidth);
         out += ' ';
-        out += T;
+        out += lt.text;
       } else {
         out += "Literal:(";
         if (!S.labelStr.empty()) {
-          out += U16ToUtf8(S.labelStr);
+          out += lt.label;
           out += ' ';
         }
-        out += T;
+        out += lt.text;
         out += ')';
       }
       lastShown = L;
@@ -336,6 +475,7 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
       out += kShortRule;
       out += '\n';
     }
+    if (!written(false)) return failed();
   }
 
   out += "It is called Reserved Area that a program has reserved in Main Memory.\n";
@@ -351,9 +491,7 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
     ++scanned;
   }
   for (int adr = 65535 - scanned; adr <= 65535; ++adr) {
-    out += Hex4(static_cast<uint32_t>(adr));
-    out += ':';
-    PadLeft(out, std::to_string(adr), 5);
+    PutAddress(out, adr);
     out += ':';
     out.append(W + 1, ' ');
     out += ':';
@@ -363,12 +501,7 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
   out += kShortRule;
   out += '\n';
 
-  int err = 0;
-  if (!WriteAtomically(reportName, out, err)) {
-    con::out << Utf8ToU16(reportName) << u" does not open." << con::endl;
-    con::out << "Msg:" << std::strerror(err) << con::endl;
-    return -1;
-  }
+  if (!written(true) || !file.Commit()) return failed();
   return 0;
 }
 
