@@ -1,5 +1,8 @@
-// The line scanner passes and the character checks.
+// The line scanner passes, the opcode numbers and the character checks.
+#include <set>
+
 #include "lines/mozi.h"
+#include "lines/opcodes.h"
 #include "lines/scanner.h"
 #include "source_fixture.h"
 
@@ -42,7 +45,7 @@ TEST_F(Scanner, CommentsAndFields) {
   EXPECT_EQ(F(&SrcLineW::opStr), (Texts{u"START", u"DC", u"DC", u"LD", u"NOP", u"DC", u"RET", u"END"}));
   EXPECT_EQ(F(&SrcLineW::oprndComStr),
             (Texts{u"", u"'A;B' ", u"'it''s;' ", u"GR1, A", u"", u"''';'", u"", u";e"}));
-  EXPECT_EQ(L(3).afterLabelStr + u"|" + L(3).oprndComChH, u"LD\tGR1, A|GR1, A");
+  EXPECT_EQ(L(3).oprndComChH, u"GR1, A");
   // CutOprndComNW moves a comment to its field, but not on a DC line.
   L(1).oprndComStr = u"'A;B' ;c2", L(3).oprndComStr = u"GR1,A ;c1", L(6).oprndComStr = u";c3";
   CutOprndComNW(0);
@@ -51,6 +54,69 @@ TEST_F(Scanner, CommentsAndFields) {
   EXPECT_TRUE(IsCutOprndComOp(u"START") && !IsCutOprndComOp(u"DC") && !IsCutOprndComOp(u"ld"));
   CopyOprndComToEditNW(0);
   EXPECT_EQ(L(3).editStr, u"GR1,A ");
+}
+
+// The fields of a line from its working text: the label up to the first
+// blank; the opcode behind the blanks after it; the operand text behind the
+// blank that ends the opcode, left-trimmed. An empty text keeps its label.
+TEST_F(Scanner, FieldsOfOddLines) {
+  const std::vector<std::array<std::u16string, 4>> rows{
+      // text, label, opcode, operand text
+      {u"LBL", u"LBL", u"", u""},
+      {u"LBL \t ", u"LBL", u"", u""},
+      {u" LD", u"", u"LD", u""},
+      {u" LD ", u"", u"LD", u""},
+      {u" LD  GR1", u"", u"LD", u"GR1"},
+      {u"\tLD\tGR1 ;x", u"", u"LD", u"GR1 ;x"},
+      {u"L\t\tLD\t\t GR1, A ", u"L", u"LD", u"GR1, A "},
+      {u"L\u3000LD GR1", u"L\u3000LD", u"GR1", u""},
+      {u"", u"OLD", u"", u""},
+  };
+  Texts ops;
+  for (const auto& r : rows) ops.push_back(r[0]);
+  Ops(ops);
+  for (size_t i = 0; i < rows.size(); ++i) L(i + 1).labelStr = u"OLD", L(i + 1).opStr = u"OLD";
+  TakeOutLabelStrNW(0);
+  for (size_t i = 0; i < rows.size(); ++i) {
+    SCOPED_TRACE(U16ToUtf8(rows[i][0]));
+    const SrcLineW& s = L(i + 1);
+    EXPECT_EQ((std::array<std::u16string, 3>{s.labelStr, s.opStr, s.oprndComStr}),
+              (std::array<std::u16string, 3>{rows[i][1], rows[i][2], rows[i][3]}));
+    EXPECT_EQ(s.oprndComChH, s.oprndComStr);
+  }
+}
+
+// Every name of the language has a number of its own; anything else, small
+// letters and wide letters included, is no opcode; the classes of the
+// instruction rules hold the names of their tables.
+TEST(Opcodes, NumbersOfTheNames) {
+  const std::vector<std::u16string> names{u"START", u"END", u"DC", u"DS", u"LD", u"ST", u"LAD", u"ADDA", u"SUBA",
+                                          u"ADDL", u"SUBL", u"AND", u"OR", u"XOR", u"CPA", u"CPL", u"SLA", u"SRA",
+                                          u"SLL", u"SRL", u"JMI", u"JNZ", u"JZE", u"JUMP", u"JPL", u"JOV", u"PUSH",
+                                          u"POP", u"CALL", u"RET", u"SVC", u"NOP", u"IN", u"OUT", u"RPUSH", u"RPOP",
+                                          u"EXIT"};
+  std::set<Op> seen;
+  for (const auto& n : names) {
+    const Op op = OpOf(n);
+    EXPECT_TRUE(op != Op::Other && op != Op::None && seen.insert(op).second) << U16ToUtf8(n);
+    EXPECT_EQ(OpOf(U16ToUtf8(n)), op);
+    // The comment cut knows all but DC and EXIT.
+    EXPECT_EQ(IsCutOprndComOp(n), n != u"DC" && n != u"EXIT") << U16ToUtf8(n);
+  }
+  for (const std::u16string& n : std::vector<std::u16string>{u"ld", u"Ld", u"LDX", u"L", u"STARTS", u"ST ", u" ST", u"\uFF2C\uFF24", u"A",
+                                 u"RPUSHX", u"GR1", std::u16string(u"LD\0", 3)})
+    EXPECT_EQ(OpOf(n), Op::Other) << U16ToUtf8(n);
+  EXPECT_EQ(OpOf(u""), Op::None);
+  std::u16string reg, adr, jump;
+  for (const auto& n : names) {
+    const Op op = OpOf(n);
+    if (IsRegisterFamily(op)) reg += n + u" ";
+    if (IsAddressOnlyFamily(op)) adr += n + u" ";
+    if (IsJumpFamily(op)) jump += n + u" ";
+  }
+  EXPECT_EQ(reg, u"LD ADDA SUBA ADDL SUBL AND OR XOR CPA CPL ");
+  EXPECT_EQ(adr, u"ST LAD SLA SRA SLL SRL ");
+  EXPECT_EQ(jump, u"JMI JNZ JZE JUMP JPL JOV PUSH CALL SVC ");
 }
 
 TEST_F(Scanner, SignsAndTheLastCommentCut) {

@@ -27,7 +27,7 @@ void ExtractLabels(int first, int last) {
     size_t p = 0;
     while (p < w.size() && !IsBlankW(w[p])) ++p;
     if (p < w.size()) {
-      s.labelStr = w.substr(0, p);
+      s.labelStr.assign(w, 0, p);
       continue;
     }
     s.labelStr = TrimW(w);
@@ -78,7 +78,8 @@ void CkLength(int first, int last) {
 void CkReserved(int first, int last) {
   for (int i = first; i <= last; ++i) {
     const wstr& lab = L(i).labelStr;
-    if (lab.empty()) continue;
+    // Only a name of three characters from "GR" on can be one of them.
+    if (lab.size() != 3 || lab[0] != u'G' || lab[1] != u'R') continue;
     for (const wstr& r : kReservedWords) {
       if (r.empty()) break;
       if (lab != r) continue;

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 
+#include "lines/opcodes.h"
 #include "records/console.h"
 #include "records/correct_scode.h"
 #include "records/diag.h"
@@ -72,7 +73,14 @@ void LengthWarning(int line, size_t len, bool second) {
 }
 
 void CopyToChH(SrcLineW& s) {
-  s.oprndComChH = s.oprndComStr.substr(0, std::min<size_t>(s.oprndComStr.size(), OprndChHUsed));
+  s.oprndComChH.assign(s.oprndComStr, 0, std::min<size_t>(s.oprndComStr.size(), OprndChHUsed));
+}
+
+// The end of `s` without its trailing blanks.
+size_t EndWithoutBlanks(wview s) {
+  size_t e = s.size();
+  while (e > 0 && IsBlankW(s[e - 1])) --e;
+  return e;
 }
 
 // The texts of a "blank just after a sign" error.
@@ -124,10 +132,9 @@ int editNWB() {
       s.editStr.clear();
       s.commentStr.clear();
     } else if (s.editStr[p] != u';') {
-      s.editStr = RTrimW(s.editStr);
+      s.editStr.resize(EndWithoutBlanks(s.editStr));
     } else {
-      wstr t = RTrimW(s.editStr);
-      s.commentStr = t.substr(p);
+      s.commentStr.assign(s.editStr, p, EndWithoutBlanks(s.editStr) - p);
       s.editStr.clear();
     }
   }
@@ -135,8 +142,12 @@ int editNWB() {
   for (SrcLineW& s : v) {
     if (s.editStr.empty()) continue;
     any = true;
+    // Two or more blanks in front become one blank.
     size_t p = FirstNonBlank(s.editStr);
-    if (p != kNone && p >= 2) s.editStr = u" " + s.editStr.substr(p);
+    if (p != kNone && p >= 2) {
+      s.editStr.erase(0, p - 1);
+      s.editStr[0] = u' ';
+    }
   }
   if (!any) {
     if (b->IsJ()) {
@@ -177,52 +188,37 @@ int CutCommentNW(int prg) {
 int TakeOutLabelStrNW(int prg) {
   int first = 0, end = 0;
   if (!PrgRange(prg, first, end)) return 0;
-  for (int i = first; i <= end; ++i) {
-    SrcLineW& s = b->vecSrcW[i];
-    const wstr& w = s.editStr;
-    if (w.empty()) continue;
-    size_t p = FirstBlank(w);
-    if (p == kNone) {
-      s.labelStr = w;
-      s.afterLabelStr.clear();
-    } else {
-      s.labelStr = w.substr(0, p);
-      s.afterLabelStr = LTrimW(wview(w).substr(p));
-    }
-  }
-  TakeOutOpStrNW(prg);
-  TakeOutOprndComStrNW2BD(prg);
-  return 0;
-}
-
-int TakeOutOpStrNW(int prg) {
-  int first = 0, end = 0;
-  if (!PrgRange(prg, first, end)) return 0;
-  for (int i = first; i <= end; ++i) {
-    SrcLineW& s = b->vecSrcW[i];
-    if (s.afterLabelStr.empty()) {
-      s.opStr.clear();
-      continue;
-    }
-    size_t p = FirstBlank(s.afterLabelStr);
-    s.opStr = LTrimW(wview(s.afterLabelStr).substr(0, p));
-  }
-  return 0;
-}
-
-int TakeOutOprndComStrNW2BD(int prg) {
-  int first = 0, end = 0;
-  if (!PrgRange(prg, first, end)) return 0;
   bool warned = false;
   for (int i = first; i <= end; ++i) {
     SrcLineW& s = b->vecSrcW[i];
-    if (s.opStr.empty() || s.afterLabelStr.empty()) continue;
-    wstr key = s.opStr + u" ";
-    const wstr& t = s.afterLabelStr;
-    size_t q = t.find_first_of(key);
-    wstr result;
-    if (q != kNone && q + key.size() < t.size()) result = LTrimW(wview(t).substr(q + key.size()));
-    s.oprndComStr = result;
+    const wview w = s.editStr;
+    // The label: the text up to the first blank. Behind it, left-trimmed,
+    // the opcode up to its first blank, and behind that one blank the
+    // operand text, left-trimmed.
+    wview after;
+    if (!w.empty()) {
+      size_t p = FirstBlank(w);
+      if (p == kNone) {
+        s.labelStr.assign(w);
+      } else {
+        s.labelStr.assign(w.substr(0, p));
+        size_t q = FirstNonBlank(w, p);
+        if (q != kNone) after = w.substr(q);
+      }
+    }
+    if (after.empty()) {
+      s.opStr.clear();
+      continue;
+    }
+    const size_t opLen = std::min(FirstBlank(after), after.size());
+    s.opStr.assign(after.substr(0, opLen));
+    if (opLen + 1 < after.size()) {
+      wview rest = after.substr(opLen + 1);
+      size_t r = FirstNonBlank(rest);
+      s.oprndComStr.assign(r == kNone ? wview() : rest.substr(r));
+    } else {
+      s.oprndComStr.clear();
+    }
     if (s.oprndComStr.size() > static_cast<size_t>(OprndChHUsed) && !warned) {
       LengthWarning(i, s.oprndComStr.size(), false);
       warned = true;
@@ -233,14 +229,15 @@ int TakeOutOprndComStrNW2BD(int prg) {
 }
 
 bool IsCutOprndComOp(wview op) {
-  static const std::array<const char16_t*, 35> kOps = {
-      u"LD",   u"ST",   u"LAD", u"ADDA", u"ADDL", u"SUBA", u"SUBL",  u"AND",  u"OR",  u"XOR", u"SLA", u"SRA",
-      u"SLL",  u"SRL",  u"CPA", u"CPL",  u"JPL",  u"JMI",  u"JNZ",   u"JZE",  u"JOV", u"JUMP", u"CALL", u"PUSH",
-      u"SVC",  u"POP",  u"DS",  u"RPUSH", u"RPOP", u"RET", u"NOP",  u"END",  u"IN",  u"OUT", u"START"};
-  for (const char16_t* k : kOps) {
-    if (op == k) return true;
+  switch (OpOf(op)) {
+    case Op::None:
+    case Op::Other:
+    case Op::DC:
+    case Op::EXIT:
+      return false;
+    default:
+      return true;
   }
-  return false;
 }
 
 int CutOprndComNW(int prg) {

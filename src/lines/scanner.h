@@ -3,8 +3,8 @@
 //
 // Per-program passes take the program index `prg` and work on the lines of
 // b->vecPrgW[prg], from its START line (prgFirstLine) to its END line
-// (prgEndLine); TakeOutLabelStrNW, TakeOutOpStrNW and TakeOutOprndComStrNW2BD
-// include the END line, the others stop before it. Errors are counted on cs.
+// (prgEndLine); TakeOutLabelStrNW includes the END line, the others stop
+// before it. Errors are counted on cs.
 // Each returns 0, or a negative value when it reported an Error that ends
 // the pass (edit30cNW, edit50NW).
 #pragma once
@@ -12,9 +12,10 @@
 #include "records/stages.h"  // editNWB(), CutCommentNW(int prg)
 #include "records/text.h"
 
+// The label, the opcode and the operand text (with its copy cut to 225
+// characters) of every line, and the length warning of the first line whose
+// operand text is longer.
 int TakeOutLabelStrNW(int prg);
-int TakeOutOpStrNW(int prg);
-int TakeOutOprndComStrNW2BD(int prg);
 int CutOprndComNW(int prg);
 int CopyOprndComToEditNW(int prg);
 int edit30cNW(int prg);

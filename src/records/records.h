@@ -108,7 +108,6 @@ struct SrcLineT {
   int32_t rlAdr = 0;  // address of the first word, relative to the program
   int32_t abAdr = 0;  // the same, absolute
   S labelStr;
-  S afterLabelStr;  // what follows the label field, left-trimmed
   S opStr;
   int32_t hasLiteral = 0;
   S oprndComStr;  // operand and comment text behind the opcode

@@ -117,7 +117,23 @@ wstr RTrimW(wview s) {
   return wstr(s.substr(0, e));
 }
 
-wstr TrimW(wview s) { return RTrimW(LTrimW(s)); }
+wstr TrimW(wview s) { return wstr(TrimView(s)); }
+
+wview TrimView(wview s) {
+  size_t i = 0, e = s.size();
+  while (i < e && IsBlankW(s[i])) ++i;
+  while (e > i && IsBlankW(s[e - 1])) --e;
+  return s.substr(i, e - i);
+}
+
+void TrimWInPlace(wstr& s) {
+  size_t e = s.size();
+  while (e > 0 && IsBlankW(s[e - 1])) --e;
+  s.resize(e);
+  size_t i = 0;
+  while (i < e && IsBlankW(s[i])) ++i;
+  if (i > 0) s.erase(0, i);
+}
 
 std::string TrimA(std::string_view s) {
   size_t i = 0, e = s.size();

@@ -29,6 +29,10 @@ inline bool IsBlankW(char16_t c) { return c == u' ' || c == u'\t'; }
 wstr LTrimW(wview s);
 wstr RTrimW(wview s);
 wstr TrimW(wview s);
+// TrimW of s, in its own storage.
+void TrimWInPlace(wstr& s);
+// The text of s without the blanks at both ends, as a view into s.
+wview TrimView(wview s);
 
 // Trims 0x20 and 0x09 at both ends of narrow text.
 std::string TrimA(std::string_view s);
