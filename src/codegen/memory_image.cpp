@@ -3,7 +3,6 @@
 // table from addresses to source lines.
 #include <cstdint>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "codegen/codegen.h"
@@ -12,6 +11,7 @@
 #include "records/console.h"
 #include "records/correct_scode.h"
 #include "records/diag.h"
+#include "records/name_index.h"
 #include "records/singletons.h"
 
 namespace {
@@ -161,11 +161,9 @@ int SetMryInAtDC_NWCS(int prg) {
   if (!PrgRange(prg, first, end, "SetMryInAtDC_NWCS()")) return -1;
 
   // The labels of this program: the first line of each name.
-  std::unordered_map<wstr, int> labelLine;
-  for (int i = first; i < end; ++i) {
-    const wstr& lab = b->vecSrcW[i].labelStr;
-    if (!lab.empty()) labelLine.emplace(lab, i);
-  }
+  static NameIndex labelLine;
+  labelLine.Reset(static_cast<size_t>(end > first ? end - first : 0) / 2);
+  for (int i = first; i < end; ++i) labelLine.Insert(b->vecSrcW[i].labelStr, i);
 
   for (int i = first; i < end; ++i) {
     SrcLineW& L = b->vecSrcW[i];
@@ -225,8 +223,8 @@ int SetMryInAtDC_NWCS(int prg) {
         AddWord(L, i, v, u"AdrConst of Dec");
       } else if (IsUpperW(c)) {
         op.DataTypeStrFlag = "Label";
-        auto it = labelLine.find(text);
-        if (it == labelLine.end()) {
+        const int at = labelLine.Find(text);
+        if (at < 0) {
           if (cs->IsJ()) {
             Say(*cs, kError, i, {u"アドレス定数 " + text + u" と一致する ラベル が存在しない。"}, "8204DC04E",
                 QuoteW(text), Head::ConstNr, k);
@@ -237,7 +235,7 @@ int SetMryInAtDC_NWCS(int prg) {
           }
           continue;
         }
-        SrcLineW& target = b->vecSrcW[it->second];
+        SrcLineW& target = b->vecSrcW[at];
         target.labelUsed = 1;
         op.oprndValue = target.abAdr;
         AddWord(L, i, op.oprndValue, u"AdrConst of Label");

@@ -18,6 +18,7 @@
 #include "records/console.h"
 #include "records/mode.h"
 #include "records/diag.h"
+#include "records/name_index.h"
 #include "records/singletons.h"
 #include "structure/structure.h"
 
@@ -35,14 +36,16 @@ wstr& Slot(SrcLineW& ln, int nr) {
 }
 
 // ---- lookups ----------------------------------------------------------------
+// Both maps hold views of the names in the records: they are built again
+// at the head of every address pass, and whenever the records moved.
 struct PrgNameMap {
-  std::unordered_map<wstr, int> map;
+  NameIndex map;
   const void* data = nullptr;
   size_t count = 0;
   bool valid = false;
 };
 struct LabelMap {
-  std::unordered_map<wstr, int> map;
+  NameIndex map;
   int prg = -1;
   const void* data = nullptr;
   size_t lines = 0;
@@ -57,11 +60,9 @@ bool PrgMapFresh() {
 }
 
 void BuildPrgMap() {
-  gPrg.map.clear();
-  gPrg.map.reserve(b->vecPrgW.size() * 2 + 1);
+  gPrg.map.Reset(b->vecPrgW.size());
   for (size_t p = 0; p < b->vecPrgW.size(); ++p) {
-    const wstr& name = b->vecPrgW[p].PrgName;
-    if (!name.empty()) gPrg.map.emplace(name, static_cast<int>(p));  // the first program of a name stays
+    gPrg.map.Insert(b->vecPrgW[p].PrgName, static_cast<int>(p));  // the first program of a name stays
   }
   gPrg.data = b->vecPrgW.data();
   gPrg.count = b->vecPrgW.size();
@@ -71,7 +72,7 @@ void BuildPrgMap() {
 bool PrgOk(int prg) { return prg >= 0 && static_cast<size_t>(prg) < b->vecPrgW.size(); }
 
 void BuildLabelMap(int prg) {
-  gLab.map.clear();
+  gLab.map.Reset(0);
   gLab.prg = prg;
   gLab.data = b->vecSrcW.data();
   gLab.lines = b->vecSrcW.size();
@@ -81,10 +82,8 @@ void BuildLabelMap(int prg) {
   int first = p.prgFirstLine < 0 ? 0 : p.prgFirstLine;
   int end = p.prgEndLine;
   if (end > static_cast<int>(b->vecSrcW.size())) end = static_cast<int>(b->vecSrcW.size());
-  for (int i = first; i < end; ++i) {
-    const wstr& lab = L(i).labelStr;
-    if (!lab.empty()) gLab.map.emplace(lab, i);  // the first line of a label stays
-  }
+  gLab.map.Reset(end > first ? static_cast<size_t>(end - first) / 2 : 0);
+  for (int i = first; i < end; ++i) gLab.map.Insert(L(i).labelStr, i);  // the first line of a label stays
 }
 
 bool LabelMapFresh(int prg) {
@@ -96,14 +95,12 @@ bool LabelMapFresh(int prg) {
 
 int FindPrgNameNW(wview name) {
   if (!PrgMapFresh()) BuildPrgMap();
-  auto it = gPrg.map.find(wstr(name));
-  return it == gPrg.map.end() ? -1 : it->second;
+  return gPrg.map.Find(name);
 }
 
 int FindLabelNW(int prg, wview name) {
   if (!LabelMapFresh(prg)) BuildLabelMap(prg);
-  auto it = gLab.map.find(wstr(name));
-  return it == gLab.map.end() ? -1 : it->second;
+  return gLab.map.Find(name);
 }
 
 int PrgOfLineNW(int line) {
@@ -126,9 +123,9 @@ void PrepareLookupNW(int prg) {
 }
 
 void ResetAdrLookupNW() {
-  gPrg.map.clear();
+  gPrg.map.Reset(0);
   gPrg.valid = false;
-  gLab.map.clear();
+  gLab.map.Reset(0);
   gLab.valid = false;
   gLab.prg = -1;
   gCurPrg = -1;

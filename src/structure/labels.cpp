@@ -2,36 +2,34 @@
 // no operand names.
 #include "structure/labels.h"
 
-#include <unordered_map>
+#include <vector>
 
 #include "operands/rules_util.h"
+#include "records/name_index.h"
 
 using rules::L;
 
 int CkLabelDoubleNW(int first, int last) {
   if (first < 0) first = 0;
   if (last >= static_cast<int>(b->vecSrcW.size())) last = static_cast<int>(b->vecSrcW.size()) - 1;
+  if (first > last) return 0;
   // For each label its first line and the first line behind it that repeats
   // it: the pair the search over i, then j, would meet first is the one with
   // the smallest first line.
-  struct Pair {
-    int firstLine;
-    int secondLine;
-  };
-  std::unordered_map<wview, Pair> seen;
-  seen.reserve(static_cast<size_t>(last - first + 1 > 0 ? last - first + 1 : 0));
+  static NameIndex seen;
+  static std::vector<int> repeatOf;  // by first line: the first repeat, or -1
+  seen.Reset(static_cast<size_t>(last - first + 1) / 2);
+  repeatOf.assign(static_cast<size_t>(last - first + 1), -1);
   for (int i = first; i <= last; ++i) {
     const wstr& lab = L(i).labelStr;
     if (lab.empty()) continue;
-    auto [it, fresh] = seen.try_emplace(wview(lab), Pair{i, -1});
-    if (!fresh && it->second.secondLine < 0) it->second.secondLine = i;
+    int f = seen.Insert(lab, i);
+    if (f != i && repeatOf[static_cast<size_t>(f - first)] < 0) repeatOf[static_cast<size_t>(f - first)] = i;
   }
   for (int i = first; i <= last; ++i) {
+    const int j = repeatOf[static_cast<size_t>(i - first)];
+    if (j < 0) continue;
     const wstr& lab = L(i).labelStr;
-    if (lab.empty()) continue;
-    const Pair& p = seen.at(wview(lab));
-    if (p.firstLine != i || p.secondLine < 0) continue;
-    int j = p.secondLine;
     if (cs->IsJ()) {
       Say(*cs, kError, i,
           {WNum(i + 1) + u" 行目 と " + WNum(j + 1) + u" 行目： " + u"同じラベル " + lab + u" が二つある。"},
