@@ -51,6 +51,15 @@ TEST_F(AnalysisSplit, CommentCutByOpcodeClass) {
       {u"IN", u"BUF,\t  LEN ", u"BUF, LEN"},                 // A: blanks tidied
       {u"DC", u"1 , 'a , b' ,2  comment", u"1,'a , b',2"},  // DC: blanks next to commas go
       {u"ST", u"GR1 , A\tcomment", u"GR1 , A"},              // B: blanks stay, a tab cuts
+      // Without apostrophes: the first of ";", a tab and two blanks cuts.
+      {u"LD", u"GR1, A  x;y\tz", u"GR1, A"},
+      {u"LD", u"GR1, A ;x  y", u"GR1, A"},
+      {u"JUMP", u"A\t;x", u"A"},
+      {u"JUMP", u" A ", u"A"},
+      {u"DC", u"1, 2 ;x", u"1,2"},
+      {u"DC", u"3\t;x", u"3"},
+      {u"DC", u"'A'' B'  ;x", u"'A'' B'"},  // apostrophes: each cut on its own
+      {u"EXIT", u"A ;x", u"A ;x"},          // no class: left as it is
   };
   for (const auto& [op, text, want] : cases) {
     SrcLineW& s = Text(op, text);

@@ -14,6 +14,7 @@
 #include "constants/opd_line.h"
 #include "constants/opd_text.h"
 #include "codegen/instr_table.h"
+#include "lines/opcodes.h"
 #include "operands/opd_lookup.h"
 #include "records/console.h"
 #include "records/mode.h"
@@ -137,8 +138,9 @@ int CkAdrOperandNWCS(TCorrectScode& c, int line, int slotNr) {
   if (!lp) return -1;
   SrcLineW& ln = *lp;
   const int n = slotNr;
-  const wstr s = Slot(ln, n);
-  const wstr next = n < 4 ? Slot(ln, n + 1) : wstr();
+  static const wstr kNone;
+  const wstr& s = Slot(ln, n);
+  const wstr& next = n < 4 ? Slot(ln, n + 1) : kNone;
   if (s.empty()) {
     if (c.IsJ()) {
       Say(c, kError, line, {WNum(n) + u" つ目のオペランドが必要。"}, "AC10036E");
@@ -209,7 +211,8 @@ int AdrConstName(TCorrectScode& c, int line, const wstr& t) {
   SrcLineW& ln = L(line);
   static const char* const kCodes[3] = {"AC20036E", "AC21036E", "AC22036E"};
   if (CkAdrConstNameG(c, line, 0, t, kCodes) < 0) return -1;
-  wstr q = QuoteW(t);
+  // The quoted operand, made only for a message.
+  auto q = [&t] { return QuoteW(t); };
   int p = FindPrgNameNW(t);
   if (p >= 0) {
     PrgDataW& pd = b->vecPrgW[static_cast<size_t>(p)];
@@ -220,12 +223,12 @@ int AdrConstName(TCorrectScode& c, int line, const wstr& t) {
       if (c.IsJ()) {
         Say(c, kWarning, line,
             {u"アドレス定数として外部のプログラム名を用いている。　暴走の可能性がある。 これはあなたの意図ですか？"},
-            "AC23036W", q);
+            "AC23036W", q());
       } else {
         Say(c, kWarning, line,
             {u"The address constant is a name of the outside program. The comet2 might be out of control. "
              u"Is this your intention? "},
-            "AC23036W", q);
+            "AC23036W", q());
       }
     }
     return 0;
@@ -239,27 +242,28 @@ int AdrConstName(TCorrectScode& c, int line, const wstr& t) {
   }
   if (c.IsJ()) {
     Say(c, kError, line,
-        {u"アドレス定数 " + q + u" と一致するラベル又はプログラム名（START アセンブラ命令の左にあるラベル）が存在しない。"},
-        "AC24036E", q);
+        {u"アドレス定数 " + q() + u" と一致するラベル又はプログラム名（START アセンブラ命令の左にあるラベル）が存在しない。"},
+        "AC24036E", q());
   } else {
     Say(c, kError, line,
-        {u"Undefined address constant.  Neither label nor program name it is. None of them is identical with " + q +
+        {u"Undefined address constant.  Neither label nor program name it is. None of them is identical with " + q() +
          u". "},
-        "AC24036E", q);
+        "AC24036E", q());
   }
   return -1;
 }
 
 // "#" and four hexadecimal digits.
 int AdrConstHex(TCorrectScode& c, int line, const wstr& t) {
-  wstr q = QuoteW(t);
+  // The quoted operand, made only for a message.
+  auto q = [&t] { return QuoteW(t); };
   wview d = wview(t).substr(1);
   for (char16_t ch : d) {
     if (!IsHexDigit(ch)) {
       if (c.IsJ()) {
-        Say(c, kError, line, {u" 16進数字に0-9又はA-F以外の文字がある。 "}, "AC30036E", q);
+        Say(c, kError, line, {u" 16進数字に0-9又はA-F以外の文字がある。 "}, "AC30036E", q());
       } else {
-        Say(c, kError, line, {u"A hexadecimal number is written in 0-9 and A-F. "}, "AC30036E", q);
+        Say(c, kError, line, {u"A hexadecimal number is written in 0-9 and A-F. "}, "AC30036E", q());
       }
       return -1;
     }
@@ -267,31 +271,31 @@ int AdrConstHex(TCorrectScode& c, int line, const wstr& t) {
   size_t n = d.size();
   if (n == 0) {
     if (c.IsJ()) {
-      Say(c, kError, line, {u"# の右に記述がない。"}, "AC31036E", q);
+      Say(c, kError, line, {u"# の右に記述がない。"}, "AC31036E", q());
     } else {
-      Say(c, kError, line, {u"There is no description at the right side of #. "}, "AC31036E", q);
+      Say(c, kError, line, {u"There is no description at the right side of #. "}, "AC31036E", q());
     }
     return -1;
   }
   if (n < 4) {
     if (c.IsJ()) {
-      Say(c, kError, line, {u" １６ 進数は ４ 桁で記述する。(仕様2･3 (4)) ", WNum(n) + u" 桁しかない。"}, "AC32036E", q);
+      Say(c, kError, line, {u" １６ 進数は ４ 桁で記述する。(仕様2･3 (4)) ", WNum(n) + u" 桁しかない。"}, "AC32036E", q());
     } else {
       Say(c, kError, line,
           {u"A hexadecimal number should be written in four digits. (Spec. 2.3 (4)) It is only " + WNum(n) +
            (n == 1 ? u" digit. " : u" digits. ")},
-          "AC32036E", q);
+          "AC32036E", q());
     }
     return -1;
   }
   if (n > 4) {
     if (c.IsJ()) {
-      Say(c, kError, line, {u" １６ 進数は ４ 桁で記述する。(仕様2･3 (4)) " + WNum(n) + u" 桁ある。"}, "AC33036E", q);
+      Say(c, kError, line, {u" １６ 進数は ４ 桁で記述する。(仕様2･3 (4)) " + WNum(n) + u" 桁ある。"}, "AC33036E", q());
     } else {
       Say(c, kError, line,
           {u"A hexadecimal nmuber should be written in four digits. (Spec. 2.3 (4)) It is only " + WNum(n) +
            u" digits. "},
-          "AC33036E", q);
+          "AC33036E", q());
     }
     return -1;
   }
@@ -303,14 +307,15 @@ int AdrConstHex(TCorrectScode& c, int line, const wstr& t) {
 
 // A decimal number, with or without its sign.
 int AdrConstDec(TCorrectScode& c, int line, const wstr& t) {
-  wstr q = QuoteW(t);
+  // The quoted operand, made only for a message.
+  auto q = [&t] { return QuoteW(t); };
   size_t k = (t[0] == u'+' || t[0] == u'-') ? 1 : 0;
   for (; k < t.size(); ++k) {
     if (!IsDigit(t[k])) {
       if (c.IsJ()) {
-        Say(c, kError, line, {u"１０進数の中に数字以外の文字がある。"}, "AC40036E", q);
+        Say(c, kError, line, {u"１０進数の中に数字以外の文字がある。"}, "AC40036E", q());
       } else {
-        Say(c, kError, line, {u"There is a non-numerical character in the decimal number. "}, "AC40036E", q);
+        Say(c, kError, line, {u"There is a non-numerical character in the decimal number. "}, "AC40036E", q());
       }
       return -1;
     }
@@ -324,7 +329,7 @@ int AdrConstDec(TCorrectScode& c, int line, const wstr& t) {
                 u"10 進数の記述が -32768 から 32767 のとき、"
                 u"16ビットの2進数データ（最上位ビットを符号ビットとする ）として格納される。 \n"
                 u"その範囲外にあるとき、その下位 16 ビットが格納される。（独自仕様）  "),
-          "AC41036N", q);
+          "AC41036N", q());
     } else {
       Say(c, kNote, line,
           Lines(u"The decimal number is out of range. \n"
@@ -334,7 +339,7 @@ int AdrConstDec(TCorrectScode& c, int line, const wstr& t) {
                 u"When a decimal number is between -32768 and 32767 \n"
                 u"it is saved in a memory as a binary data in 16 digits. \n"
                 u"The 15th bit is a sign bit. (Spec. of Drill Asm) "),
-          "AC41036N", q);
+          "AC41036N", q());
     }
   }
   SetSecondWord(L(line), static_cast<int32_t>(static_cast<uint64_t>(v) & 0xFFFFu));
@@ -418,31 +423,28 @@ namespace {
 
 enum class Branch { TwoWordSlot2, TwoWordSlot1, OneWord, Dc, Ds, InOut, RPush, RPop, Nop, Ret, Exit, Start1, Start2, None };
 
-Branch BranchOf(const wstr& op, int wk) {
-  static const std::unordered_map<wstr, int> kind = {
-      // 1: both forms; 2: address form only (slot 2); 3: jumps (slot 1)
-      {u"LD", 1},   {u"ST", 2},   {u"LAD", 2},  {u"ADDA", 1}, {u"SUBA", 1}, {u"ADDL", 1}, {u"SUBL", 1},
-      {u"AND", 1},  {u"OR", 1},   {u"XOR", 1},  {u"CPA", 1},  {u"CPL", 1},  {u"SLA", 2},  {u"SRA", 2},
-      {u"SLL", 2},  {u"SRL", 2},  {u"JMI", 3},  {u"JNZ", 3},  {u"JZE", 3},  {u"JUMP", 3}, {u"JPL", 3},
-      {u"JOV", 3},  {u"PUSH", 3}, {u"CALL", 3}, {u"SVC", 3},
-  };
-  auto it = kind.find(op);
-  if (it != kind.end()) {
-    if (wk == 2) return it->second == 3 ? Branch::TwoWordSlot1 : Branch::TwoWordSlot2;
-    if (wk == 1 && it->second == 1) return Branch::OneWord;
-    return Branch::None;
+Branch BranchOf(const wstr& text, int wk) {
+  const Op op = OpOf(text);
+  // Both forms; the address form only (slot 2); the jumps (slot 1).
+  if (IsRegisterFamily(op)) return wk == 2 ? Branch::TwoWordSlot2 : wk == 1 ? Branch::OneWord : Branch::None;
+  if (IsAddressOnlyFamily(op)) return wk == 2 ? Branch::TwoWordSlot2 : Branch::None;
+  if (IsJumpFamily(op)) return wk == 2 ? Branch::TwoWordSlot1 : Branch::None;
+  switch (op) {
+    case Op::POP: return wk == 1 ? Branch::OneWord : Branch::None;
+    case Op::DC: return Branch::Dc;
+    case Op::DS: return Branch::Ds;
+    case Op::IN:
+    case Op::OUT: return wk == 12 ? Branch::InOut : Branch::None;
+    case Op::RPUSH: return wk == 14 ? Branch::RPush : Branch::None;
+    case Op::RPOP: return wk == 7 ? Branch::RPop : Branch::None;
+    case Op::NOP: return wk == 1 ? Branch::Nop : Branch::None;
+    case Op::RET: return wk == 1 ? Branch::Ret : Branch::None;
+    case Op::EXIT:
+      if (CurrentMode().acceptsExit) return wk == 1 ? Branch::Exit : Branch::None;
+      return Branch::None;
+    case Op::START: return wk == 1 ? Branch::Start1 : wk == 2 ? Branch::Start2 : Branch::None;
+    default: return Branch::None;
   }
-  if (op == u"POP") return wk == 1 ? Branch::OneWord : Branch::None;
-  if (op == u"DC") return Branch::Dc;
-  if (op == u"DS") return Branch::Ds;
-  if (op == u"IN" || op == u"OUT") return wk == 12 ? Branch::InOut : Branch::None;
-  if (op == u"RPUSH") return wk == 14 ? Branch::RPush : Branch::None;
-  if (op == u"RPOP") return wk == 7 ? Branch::RPop : Branch::None;
-  if (op == u"NOP") return wk == 1 ? Branch::Nop : Branch::None;
-  if (op == u"RET") return wk == 1 ? Branch::Ret : Branch::None;
-  if (op == u"EXIT" && CurrentMode().acceptsExit) return wk == 1 ? Branch::Exit : Branch::None;
-  if (op == u"START") return wk == 1 ? Branch::Start1 : wk == 2 ? Branch::Start2 : Branch::None;
-  return Branch::None;
 }
 
 // A line whose words are made before the pass (DC, START with an operand):
@@ -465,6 +467,7 @@ void PlaceCodes(SrcLineW& ln, int line, int& rl, int& ab, std::initializer_list<
   ln.rlAdr = rl;
   ln.abAdr = ab;
   ln.vecWord.clear();
+  ln.vecWord.reserve(codes.size());
   for (int32_t code : codes) ln.vecWord.push_back(MakeWord(code, rl++, ab++, line));
 }
 
@@ -501,10 +504,11 @@ int AdrCk53NWCS(int prg) {
   for (int i = first; i < end; ++i) {
     SrcLineW& ln = L(i);
     if (ln.opStr.empty()) continue;
-    switch (BranchOf(ln.opStr, ln.word_kazu)) {
+    const Branch branch = BranchOf(ln.opStr, ln.word_kazu);
+    switch (branch) {
       case Branch::TwoWordSlot2:
       case Branch::TwoWordSlot1: {
-        int slot = BranchOf(ln.opStr, ln.word_kazu) == Branch::TwoWordSlot1 ? 1 : 2;
+        int slot = branch == Branch::TwoWordSlot1 ? 1 : 2;
         if (CkAdrConst20NWCS(c, i, slot) == 0) PlaceCodes(ln, i, rl, ab, {ln.first_word, ln.second_word});
         break;
       }
@@ -550,7 +554,7 @@ int AdrCk53NWCS(int prg) {
       case Branch::Ret:
       case Branch::Exit:
       case Branch::Start1: {
-        Branch br = BranchOf(ln.opStr, ln.word_kazu);
+        const Branch br = branch;
         ln.first_word = br == Branch::Ret    ? (InstrCode("RET", OpForm::None) << 8)
                         : br == Branch::Exit ? (kExitCode << 8)
                                              : 0;

@@ -8,6 +8,7 @@
 #include "codegen/instr_table.h"
 #include "constants/constants.h"
 #include "lines/fields.h"
+#include "lines/opcodes.h"
 #include "lines/scanner.h"
 #include "operands/adr_const.h"
 #include "operands/operands.h"
@@ -18,12 +19,6 @@
 using rules::L;
 
 namespace {
-
-bool In(wview op, std::initializer_list<wview> list) {
-  for (wview x : list)
-    if (x == op) return true;
-  return false;
-}
 
 // The text of an operand-less line (or of what stands behind the operand of
 // POP and DS) into commentStr, trimmed of blanks, tabs and U+3000.
@@ -54,28 +49,27 @@ int ExtractAllOprndsNWCS(int prg) {
     SrcLineW& s = L(i);
     const wstr& op = s.opStr;
     if (op.empty()) continue;
-    if (In(op, {u"LD", u"ST", u"LAD", u"ADDA", u"ADDL", u"SUBA", u"SUBL", u"AND", u"OR", u"XOR", u"SLA", u"SRA",
-                u"SLL", u"SRL", u"CPA", u"CPL", u"DC", u"IN", u"OUT"})) {
-      continue;
-    }
-    if (In(op, {u"JPL", u"JMI", u"JNZ", u"JZE", u"JOV", u"JUMP", u"CALL", u"PUSH", u"SVC"})) {
+    const Op o = OpOf(op);
+    if (IsRegisterFamily(o) || IsAddressOnlyFamily(o) || o == Op::DC || o == Op::IN || o == Op::OUT) continue;
+    if (IsJumpFamily(o)) {
       s.word_kazu = 2;
       continue;
     }
-    if (op == u"POP" || op == u"DS") {
+    if (o == Op::POP || o == Op::DS) {
       s.oprndCount = 1;
       s.word_kazu = 1;
       s.second_word = 0;
       TextToComment(s, BehindFirstOperand(s.oprndComChH));
       continue;
     }
-    if (In(op, {u"RPUSH", u"RPOP", u"RET", u"NOP", u"END"}) || (op == u"EXIT" && CurrentMode().acceptsExit)) {
+    if (o == Op::RPUSH || o == Op::RPOP || o == Op::RET || o == Op::NOP || o == Op::END ||
+        (o == Op::EXIT && CurrentMode().acceptsExit)) {
       s.oprndCount = 0;
       s.word_kazu = 1;
       TextToComment(s, s.oprndComChH);
       continue;
     }
-    if (op == u"START") {
+    if (o == Op::START) {
       s.oprndCount = 0;
       s.word_kazu = 1;
       s.first_word = 0;
@@ -104,61 +98,72 @@ int jnz2NWCS(int prg) {
   TCorrectScode& c = *cs;
   for (int i = first; i <= last; ++i) {
     SrcLineW& s = L(i);
-    const wstr op = s.opStr;
-    if (op.empty()) continue;
-    if (op == u"LD") ld2NWCS(c, i);
-    else if (op == u"ST") st2NWCS(c, i);
-    else if (op == u"LAD") lad2NWCS(c, i);
-    else if (op == u"ADDA") adda2NWCS(c, i);
-    else if (op == u"SUBA") suba2NWCS(c, i);
-    else if (op == u"ADDL") addl2NWCS(c, i);
-    else if (op == u"SUBL") subl2NWCS(c, i);
-    else if (op == u"AND") and2NWCS(c, i);
-    else if (op == u"OR") or2NWCS(c, i);
-    else if (op == u"XOR") xor2NWCS(c, i);
-    else if (op == u"CPA") cpa2NWCS(c, i);
-    else if (op == u"CPL") cpl2NWCS(c, i);
-    else if (op == u"SLA") sla2NWCS(c, i);
-    else if (op == u"SRA") sra2NWCS(c, i);
-    else if (op == u"SLL") sll2NWCS(c, i);
-    else if (op == u"SRL") srl2NWCS(c, i);
-    else if (op == u"POP") pop2NWCS(c, i);
-    else if (op == u"JMI") jmi2NWCS(c, i);
-    else if (op == u"JNZ") jnzRuleNWCS(c, i);
-    else if (op == u"JZE") jzeRuleNWCS(c, i);
-    else if (op == u"JUMP") jumpRuleNWCS(c, i);
-    else if (op == u"JPL") jpl2NWCS(c, i);
-    else if (op == u"JOV") jovRuleNWCS(c, i);
-    else if (op == u"PUSH") push2NWCS(c, i);
-    else if (op == u"CALL") callRuleNWCS(c, i);
-    else if (op == u"SVC") svc2NWCS(c, i);
-    else if (op == u"DC") {
-      if (OprndAtDCtoChH_NWCS(c, i) >= 0 && OprndAtDC_NWCS(c, i) >= 0) SetWordKazuAtDC_NWCS(c, i);
-    } else if (op == u"DS") {
-      if (OprndAtDCtoChH_NWCS(c, i) >= 0 && OprndAtDS_NWCS(c, i) >= 0) SetWordKazuAtDS_NWCS(c, i);
-    } else if (op == u"IN" || op == u"OUT") {
-      macro2NWCS(c, i);
-    } else if (op == u"RPUSH" || op == u"RPOP") {
-      macroR2NWCS(c, i);
-    } else if (op == u"NOP" || op == u"RET") {
-      OpNoOperandNW(c, i, s.oprnd1ChH);
-    } else if (op == u"EXIT") {
-      // The stop word outside the published table.
-      if (OpNoOperandNW(c, i, s.oprnd1ChH) == 0) {
-        s.word_kazu = 1;
-        s.first_word = kExitCode << 8;
-      }
-    } else if (op == u"START") {
-      s.word_kazu = s.oprnd1ChH.empty() ? 1 : 2;
-    } else if (op == u"END") {
-      // nothing
-    } else {
-      if (c.IsJ()) {
-        con::out << "Prg. Error: " << (i + 1) << ": " << op << u" に該当する命令がない。" << con::endl;
-      } else {
-        con::out << "Prg. Error: " << (i + 1) << ": " << op << " is not an instruction of casl2. " << con::endl;
-      }
-      ++c.ErrorKazu;
+    switch (OpOf(s.opStr)) {
+      case Op::None: break;
+      case Op::LD: ld2NWCS(c, i); break;
+      case Op::ST: st2NWCS(c, i); break;
+      case Op::LAD: lad2NWCS(c, i); break;
+      case Op::ADDA: adda2NWCS(c, i); break;
+      case Op::SUBA: suba2NWCS(c, i); break;
+      case Op::ADDL: addl2NWCS(c, i); break;
+      case Op::SUBL: subl2NWCS(c, i); break;
+      case Op::AND: and2NWCS(c, i); break;
+      case Op::OR: or2NWCS(c, i); break;
+      case Op::XOR: xor2NWCS(c, i); break;
+      case Op::CPA: cpa2NWCS(c, i); break;
+      case Op::CPL: cpl2NWCS(c, i); break;
+      case Op::SLA: sla2NWCS(c, i); break;
+      case Op::SRA: sra2NWCS(c, i); break;
+      case Op::SLL: sll2NWCS(c, i); break;
+      case Op::SRL: srl2NWCS(c, i); break;
+      case Op::POP: pop2NWCS(c, i); break;
+      case Op::JMI: jmi2NWCS(c, i); break;
+      case Op::JNZ: jnzRuleNWCS(c, i); break;
+      case Op::JZE: jzeRuleNWCS(c, i); break;
+      case Op::JUMP: jumpRuleNWCS(c, i); break;
+      case Op::JPL: jpl2NWCS(c, i); break;
+      case Op::JOV: jovRuleNWCS(c, i); break;
+      case Op::PUSH: push2NWCS(c, i); break;
+      case Op::CALL: callRuleNWCS(c, i); break;
+      case Op::SVC: svc2NWCS(c, i); break;
+      case Op::DC:
+        if (OprndAtDCtoChH_NWCS(c, i) >= 0 && OprndAtDC_NWCS(c, i) >= 0) SetWordKazuAtDC_NWCS(c, i);
+        break;
+      case Op::DS:
+        if (OprndAtDCtoChH_NWCS(c, i) >= 0 && OprndAtDS_NWCS(c, i) >= 0) SetWordKazuAtDS_NWCS(c, i);
+        break;
+      case Op::IN:
+      case Op::OUT:
+        macro2NWCS(c, i);
+        break;
+      case Op::RPUSH:
+      case Op::RPOP:
+        macroR2NWCS(c, i);
+        break;
+      case Op::NOP:
+      case Op::RET:
+        OpNoOperandNW(c, i, s.oprnd1ChH);
+        break;
+      case Op::EXIT:
+        // The stop word outside the published table.
+        if (OpNoOperandNW(c, i, s.oprnd1ChH) == 0) {
+          s.word_kazu = 1;
+          s.first_word = kExitCode << 8;
+        }
+        break;
+      case Op::START:
+        s.word_kazu = s.oprnd1ChH.empty() ? 1 : 2;
+        break;
+      case Op::END:
+        break;
+      case Op::Other:
+        if (c.IsJ()) {
+          con::out << "Prg. Error: " << (i + 1) << ": " << s.opStr << u" に該当する命令がない。" << con::endl;
+        } else {
+          con::out << "Prg. Error: " << (i + 1) << ": " << s.opStr << " is not an instruction of casl2. " << con::endl;
+        }
+        ++c.ErrorKazu;
+        break;
     }
   }
   return 0;

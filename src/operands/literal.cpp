@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "constants/opd_text.h"
+#include "lines/opcodes.h"
 #include "operands/adr_const.h"
 #include "records/console.h"
 #include "records/diag.h"
@@ -63,7 +64,7 @@ void CkLiteralString(TCorrectScode& c, int line, const wstr& s, size_t k) {
 }
 
 void CkLiteralLine(TCorrectScode& c, int line) {
-  const wstr s = L(line).editStr;
+  const wstr& s = L(line).editStr;
   // The first "=" outside apostrophes.
   bool inStr = false;
   size_t k = 0;
@@ -72,15 +73,16 @@ void CkLiteralLine(TCorrectScode& c, int line) {
     else if (s[k] == u'=' && !inStr) break;
   }
   if (k >= s.size()) return;
-  wstr q = QuoteW(s);
+  // The quoted text, made only for a message.
+  auto q = [&s] { return QuoteW(s); };
   char16_t c1 = At(s, k + 1), c2 = At(s, k + 2);
   if (IsDigit(c1) || ((c1 == u'+' || c1 == u'-') && IsDigit(c2))) {
     for (size_t j = IsDigit(c1) ? k + 1 : k + 2; !EndsLiteral(At(s, j)); ++j) {
       if (!IsDigit(s[j])) {
         if (c.IsJ()) {
-          Say(c, kError, line, {u"リテラル10進定数に 数字以外の文字がある。"}, "LT10036E", q);
+          Say(c, kError, line, {u"リテラル10進定数に 数字以外の文字がある。"}, "LT10036E", q());
         } else {
-          Say(c, kError, line, {u"There is non-numeral letter in the literal decimal constant. "}, "LT10036E", q);
+          Say(c, kError, line, {u"There is non-numeral letter in the literal decimal constant. "}, "LT10036E", q());
         }
         return;
       }
@@ -93,16 +95,16 @@ void CkLiteralLine(TCorrectScode& c, int line) {
     for (size_t j = k + 2; !EndsLiteral(At(s, j)); ++j, ++n) bad = bad || !IsHexDigit(s[j]);
     if (bad) {
       if (c.IsJ()) {
-        Say(c, kError, line, {u"リテラル16進定数は 0 - 9 の数字 と  A - F の英大文字を使う。"}, "LT11036E", q);
+        Say(c, kError, line, {u"リテラル16進定数は 0 - 9 の数字 と  A - F の英大文字を使う。"}, "LT11036E", q());
       } else {
-        Say(c, kError, line, {u"A hexadecimal number is written in 0-9 and A-F. "}, "LT11036E", q);
+        Say(c, kError, line, {u"A hexadecimal number is written in 0-9 and A-F. "}, "LT11036E", q());
       }
     }
     if (n != 4) {
       if (c.IsJ()) {
-        Say(c, kError, line, {u"リテラル16進定数は 4 桁で記述。"}, "LT12036E", q);
+        Say(c, kError, line, {u"リテラル16進定数は 4 桁で記述。"}, "LT12036E", q());
       } else {
-        Say(c, kError, line, {u"A hexadecimal number should be written in four letters. "}, "LT12036E", q);
+        Say(c, kError, line, {u"A hexadecimal number should be written in four letters. "}, "LT12036E", q());
       }
     }
     return;
@@ -112,7 +114,7 @@ void CkLiteralLine(TCorrectScode& c, int line) {
     return;
   }
   if (k + 1 >= s.size()) {
-    Say(c, kError, line, {q + u" cannot be read as a literal. "}, "LT15036E", q);
+    Say(c, kError, line, {q() + u" cannot be read as a literal. "}, "LT15036E", q());
     return;
   }
   if (c.IsJ()) {
@@ -123,20 +125,31 @@ void CkLiteralLine(TCorrectScode& c, int line) {
               u"リテラルは、一つの１０進定数、１６進定数　又は　\n"
               u"文字定数の前に等号（＝）を付けて記述する。\n"
               u"（CASL2言語の仕様   2.5 機械語命令）したがって、ラベルはリテラル定数としては使えない。");
-    Say(c, kError, line, lines, "LT16036E", q);
+    Say(c, kError, line, lines, "LT16036E", q());
   } else {
     std::vector<wstr> lines =
-        Lines(q + u" cannot be regaraded as a label or an address constant. "
+        Lines(q() + u" cannot be regaraded as a label or an address constant. "
                   u"A literal can be described by attaching the equal sign (=)\n"
                   u"before a decimal constant, a hexadecimal constant or a character constant.\n"
                   u"(Spec.of CASL2 　2.5 Machine Language Instructions)So a label is excluded from a literal.");
-    Say(c, kError, line, lines, "LT16036E", q);
+    Say(c, kError, line, lines, "LT16036E", q());
   }
 }
 
-bool NoLiteralOp(const wstr& op) {
-  return op == u"DC" || op == u"DS" || op == u"NOP" || op == u"RPUSH" || op == u"RPOP" || op == u"RET" ||
-         op == u"START" || op == u"END";
+bool NoLiteralOp(const wstr& text) {
+  switch (OpOf(text)) {
+    case Op::DC:
+    case Op::DS:
+    case Op::NOP:
+    case Op::RPUSH:
+    case Op::RPOP:
+    case Op::RET:
+    case Op::START:
+    case Op::END:
+      return true;
+    default:
+      return false;
+  }
 }
 
 // Blanks next to commas are dropped in front of the first "=".

@@ -36,10 +36,10 @@ int ExtractOprnd5NW(int line, const std::array<wstr*, 5>& slots, int& slotNr, in
 
 // ---- register operands -------------------------------------------------------
 // The first operand of a register instruction. Returns the errors raised.
-int CkOpRegOprndNW(TCorrectScode& c, int line, wstr mnemonic, wstr nameJ, wstr nameE);
+int CkOpRegOprndNW(TCorrectScode& c, int line, wview mnemonic, wview nameJ, wview nameE);
 // The first operand of the jump family, PUSH, CALL, SVC. Returns the errors
 // raised.
-int CkOpAdrOprndNW(TCorrectScode& c, int line, wstr mnemonic, wstr nameJ, wstr nameE);
+int CkOpAdrOprndNW(TCorrectScode& c, int line, wview mnemonic, wview nameJ, wview nameE);
 // The operand of POP. Returns the errors raised.
 int CkOpPopOprndNW(TCorrectScode& c, int line, wview mnemonic);
 // True when oprnd1ChH, cut of a trailing comma, is GR0-GR7. With

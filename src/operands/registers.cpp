@@ -26,19 +26,22 @@ bool OneOf(wview op, std::initializer_list<wview> list) {
 bool GRxLabelAll10NWCS(TCorrectScode& c, int line, bool needComma) {
   const wstr& slot = L(line).oprnd1ChH;
   bool comma = !slot.empty() && slot.back() == u',';
-  wstr reg = CutComma(slot);
+  wview reg = slot;
+  if (comma) reg.remove_suffix(1);
   if (!IsRegName(reg)) return false;
   if (needComma && !comma) {
-    SayJE(c, kError, line, {reg + u" の右にコンマが必要！"},
-          {u"A comma is expected at the right side " + (u"of " + reg + u". ")}, "6A1C0E01", QuoteW(slot));
+    const wstr r(reg);
+    SayJE(c, kError, line, {r + u" の右にコンマが必要！"},
+          {u"A comma is expected at the right side " + (u"of " + r + u". ")}, "6A1C0E01", QuoteW(slot));
   }
   return true;
 }
 
-int CkOpRegOprndNW(TCorrectScode& c, int line, wstr m, wstr nameJ, wstr nameE) {
+int CkOpRegOprndNW(TCorrectScode& c, int line, wview mnemonic, wview nameJ, wview nameE) {
   (void)nameJ;
   (void)nameE;
-  const wstr slot = L(line).oprnd1ChH;
+  const wstr m(mnemonic);
+  const wstr& slot = L(line).oprnd1ChH;
   if (slot.empty()) {
     SayJE(c, kError, line, {m + u" の右にレジスター名がない。"},
           {u"A general register(GR0-GR7) is expected " + (u"at the right side of " + m + u". ")}, "6A1C0E02");
@@ -60,13 +63,16 @@ int CkOpRegOprndNW(TCorrectScode& c, int line, wstr m, wstr nameJ, wstr nameE) {
   return 1;
 }
 
-int CkOpAdrOprndNW(TCorrectScode& c, int line, wstr m, wstr nameJ, wstr nameE) {
+int CkOpAdrOprndNW(TCorrectScode& c, int line, wview mnemonic, wview nameJ, wview nameE) {
   (void)nameJ;
   (void)nameE;
   const SrcLineW& s = L(line);
-  const wstr slot = s.oprnd1ChH;
-  const wstr& op = s.opStr;
+  const wstr& slot = s.oprnd1ChH;
   int errors = 0;
+  // The usual case: an operand that is no register.
+  if (!slot.empty() && !StartsGR(slot, u'0', u'7')) return errors;
+  const wstr m(mnemonic);
+  const wstr& op = s.opStr;
   if (GRxLabelAll10NWCS(c, line, false)) {
     wstr reg = CutComma(slot);
     bool comma = !slot.empty() && slot.back() == u',';
@@ -170,6 +176,8 @@ int r2NWCS(TCorrectScode& c, int line) {
           "9FCBFA30", QuoteW(r));
     return 0;
   }
+  bool gr = r.size() >= 2 && r[0] == u'G' && r[1] == u'R';
+  if (gr && r.size() <= 3 && !StartsGR(r, u'8', u'9')) return 0;
   wstr q = QuoteW(r);
   if (r.size() == 3 && StartsGR(r, u'8', u'9')) {
     SayJE(c, kError, line, {q + u"レジスタは GR0 - GR7 だけです。 "},
@@ -178,7 +186,6 @@ int r2NWCS(TCorrectScode& c, int line) {
           "8602C786", q);
     return 1;
   }
-  bool gr = r.size() >= 2 && r[0] == u'G' && r[1] == u'R';
   if (gr && r.size() > 3) {
     SayJE(c, kError, line, {q + u"レジスタ名 (GR0 - GR7) が正しくない。"},
           {q + u"An exact general register name is expected. "}, "58BD44FA", q);

@@ -6,6 +6,7 @@
 
 #include "codegen/instr_table.h"
 #include "operands/adr_const.h"
+#include "operands/instr_codes.h"
 #include "operands/operands.h"
 #include "operands/rules_util.h"
 #include "records/console.h"
@@ -73,11 +74,9 @@ const FamilyRow& Row(wview m) {
   return kFamily[0];
 }
 
-std::string Narrow(wview m) { return U16ToUtf8(m); }
-
 // The high byte of an instruction form, from the shared instruction table.
 int Code(wview m, OpForm form) {
-  int code = InstrCode(Narrow(m), form);
+  int code = InstrCodeOf(OpOf(m), form);
   return code < 0 ? 0 : code << 8;
 }
 
@@ -86,7 +85,7 @@ int Code(wview m, OpForm form) {
 int FirstRegister(TCorrectScode& c, int line, const FamilyRow& r) {
   SrcLineW& s = L(line);
   s.first_word = 0;
-  if (CkOpRegOprndNW(c, line, wstr(r.m), wstr(r.nameJ), wstr(r.nameE)) > 0) return 1;
+  if (CkOpRegOprndNW(c, line, r.m, r.nameJ, r.nameE) > 0) return 1;
   s.first_word |= (s.oprnd1ChH[2] - u'0') << 4;
   s.oprnd1ChH.resize(3);
   if (s.oprnd2ChH.empty()) SayJE(c, kError, line, {wstr(r.msgJ)}, {wstr(r.msgE)}, "3B7A0E01");
@@ -160,7 +159,7 @@ int JumpFamily(TCorrectScode& c, int line, wview m, wview nameJ, wview nameE, in
                const char* fault) {
   SrcLineW& s = L(line);
   s.first_word = 0;
-  if (CkOpAdrOprndNW(c, line, wstr(m), wstr(nameJ), wstr(nameE)) >= 1) return 1;
+  if (CkOpAdrOprndNW(c, line, m, nameJ, nameE) >= 1) return 1;
   s.first_word |= firstCode;
   if (CkAdrOperandNWCS(c, line, 1) < 0) return 1;
   if (s.word_kazu == 2) {

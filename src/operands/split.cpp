@@ -3,6 +3,7 @@
 // operand, so the rules can tell which comma is wrong.
 #include <array>
 
+#include "lines/opcodes.h"
 #include "operands/operands.h"
 #include "operands/rules_util.h"
 
@@ -14,18 +15,24 @@ namespace {
 enum class CutClass { None, A, DC, B };
 
 CutClass ClassOf(wview op) {
-  static const std::array<wview, 10> a{u"RPUSH", u"RPOP", u"RET", u"NOP", u"END",
-                                       u"START", u"POP",  u"DS",  u"IN",  u"OUT"};
-  static const std::array<wview, 25> bb{u"LD",  u"ST",  u"LAD", u"ADDA", u"ADDL", u"SUBA", u"SUBL",
-                                        u"AND", u"OR",  u"XOR", u"SLA",  u"SRA",  u"SLL",  u"SRL",
-                                        u"CPA", u"CPL", u"JPL", u"JMI",  u"JNZ",  u"JZE",  u"JOV",
-                                        u"JUMP", u"CALL", u"PUSH", u"SVC"};
-  if (op == u"DC") return CutClass::DC;
-  for (wview x : a)
-    if (x == op) return CutClass::A;
-  for (wview x : bb)
-    if (x == op) return CutClass::B;
-  return CutClass::None;
+  const Op o = OpOf(op);
+  switch (o) {
+    case Op::RPUSH:
+    case Op::RPOP:
+    case Op::RET:
+    case Op::NOP:
+    case Op::END:
+    case Op::START:
+    case Op::POP:
+    case Op::DS:
+    case Op::IN:
+    case Op::OUT:
+      return CutClass::A;
+    case Op::DC:
+      return CutClass::DC;
+    default:
+      return IsRegisterFamily(o) || IsAddressOnlyFamily(o) || IsJumpFamily(o) ? CutClass::B : CutClass::None;
+  }
 }
 
 // One apostrophe-aware cut at `mark`: at the first mark if it stands left of
@@ -43,7 +50,20 @@ void CutAtMark(wstr& t, wview mark) {
   }
 }
 
+// The cuts at ";", at a tab and at two blanks, one after the other. In a
+// text without apostrophes each is a cut at the first mark, and together
+// they are the cut at the first of the three.
 void ThreeCuts(wstr& t) {
+  if (t.find(u'\'') == wstr::npos) {
+    for (size_t k = 0; k < t.size(); ++k) {
+      const char16_t c = t[k];
+      if (c == u';' || c == u'\t' || (c == u' ' && k + 1 < t.size() && t[k + 1] == u' ')) {
+        t.resize(k);
+        break;
+      }
+    }
+    return;
+  }
   CutAtMark(t, u";");
   CutAtMark(t, u"\t");
   CutAtMark(t, u"  ");
@@ -74,7 +94,7 @@ void ClassA(wstr& t) {
   for (char16_t& ch : t)
     if (ch == u'\t') ch = u' ';
   for (size_t p2 = t.find(u"  "); p2 != wstr::npos; p2 = t.find(u"  ")) t.erase(p2, 1);
-  t = TrimW(t);
+  TrimWInPlace(t);
 }
 
 void LiteralError(int line, wview text, bool closedBadly) {
@@ -103,11 +123,13 @@ int CutOprndCommentNW(int prg) {
         break;
       case CutClass::DC:
         ThreeCuts(t);
-        t = TrimW(DropBlanksAtCommas(t));
+        // Without a blank there is nothing to drop.
+        if (t.find(u' ') != wstr::npos) t = DropBlanksAtCommas(t);
+        TrimWInPlace(t);
         break;
       case CutClass::B:
         ThreeCuts(t);
-        t = TrimW(t);
+        TrimWInPlace(t);
         break;
       case CutClass::None:
         break;
@@ -119,7 +141,7 @@ int CutOprndCommentNW(int prg) {
 int TrimOprndComStrNW(int prg) {
   int first = 0, end = 0;
   if (!rules::PrgLines(prg, first, end)) return 0;
-  for (int i = first; i < end; ++i) L(i).oprndComStr = TrimW(L(i).oprndComStr);
+  for (int i = first; i < end; ++i) TrimWInPlace(L(i).oprndComStr);
   return 0;
 }
 
@@ -128,7 +150,7 @@ int ExtractOprnd5NW(int line, const std::array<wstr*, 5>& slots, int& slotNr, in
   if (slotNr < 1 || slotNr > 4) return 1;
   wstr& dst = *slots[static_cast<size_t>(slotNr)];
   auto put = [&](char16_t ch) {
-    dst.resize(static_cast<size_t>(destPos));
+    if (dst.size() != static_cast<size_t>(destPos)) dst.resize(static_cast<size_t>(destPos));
     dst += ch;
     ++destPos;
   };
