@@ -85,10 +85,12 @@ void OutputService(Tcomet2& mc) {
 
 }  // namespace
 
-void svcService(Tcomet2& mc, int32_t effAdr) {
+bool svcService(Tcomet2& mc, int32_t effAdr) {
   if (effAdr == 1) {
     InputService(mc);
-  } else if (effAdr == 2) {
+    return true;
+  }
+  if (effAdr == 2) {
     OutputService(mc);
   } else if (IsJ(mc)) {
     con::out << "svc " << effAdr << " は仕様に記述がないので、NOP と同じ動作をするものとした。 ";
@@ -97,6 +99,7 @@ void svcService(Tcomet2& mc, int32_t effAdr) {
              << "Because there is no description about " << effAdr << " "
              << "in Spec.of CASL2. ";
   }
+  return false;
 }
 
 int stackPush(Tcomet2& mc, int32_t effAdr) {

@@ -32,7 +32,9 @@ int RunComet2(Tcomet2& mc, RunVariant variant);
 
 // The SVC dispatch on the 16-bit effective address: 1 is IN, 2 is OUT, any
 // other value writes a note and acts as NOP. Reads GR1 and GR2 of mc.
-void svcService(Tcomet2& mc, int32_t effAdr);
+// Returns true when it has written into Memory (IN), which the run must know
+// to decode its code again.
+bool svcService(Tcomet2& mc, int32_t effAdr);
 
 // The guard of PUSH: SP goes down by one, and u16(effAdr) is written to the
 // stack cell when its index is below 501. Otherwise writes the stack message
