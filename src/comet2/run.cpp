@@ -4,7 +4,8 @@
 // The loop keeps the machine's hot state (PR, the registers, the flags, SP)
 // in locals and writes it back to the machine before any service that reads
 // it and when the run ends. Instructions are decoded through kDecode, the one
-// instruction table of the system.
+// instruction table of the system, once per address and again only after a
+// write into one of their words.
 //
 // The loop is a template on the limits it checks in every cycle (the ceiling
 // of PR and of the addresses read, and the address from which an indexed ST
@@ -13,6 +14,7 @@
 // or only by the stop texts, from kVariants below.
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <string>
 
 #include "codegen/instr_table.h"
@@ -349,66 +351,186 @@ struct LoopEnd {
   int32_t stopAdr;
 };
 
+// ---- decoding once per address --------------------------------------------
+//
+// Whatever a cycle would work out from PR and the words at PR and PR+1 alone
+// (the handler, the operand, the registers, the register pre-check, the
+// ceiling of PR and of an address without an index) is worked out once, when
+// PR first reaches the address, and kept in the loop's table of decoded
+// instructions. An entry stays right until one of its two words is written:
+// every write into Memory during a run puts the entries of the written
+// address and of the one before it back to "not decoded".
+
+// The handlers a word decodes to. The ten instructions of two forms have
+// three handlers each, in this order: the register form, the memory form
+// without an index, the memory form with one; the jumps have two, without an
+// index and with one.
+#define DRILL_ALU_KINDS(K, op) K(op##_r) K(op##_m0) K(op##_mx)
+#define DRILL_JUMP_KINDS(K, op) K(op##_0) K(op##_x)
+#define DRILL_KINDS(K)                                                                                   \
+  K(nop) K(nop_stop) K(unknown) K(exit) K(load_stop0)                                                    \
+  DRILL_ALU_KINDS(K, ld) DRILL_ALU_KINDS(K, adda) DRILL_ALU_KINDS(K, suba) DRILL_ALU_KINDS(K, addl)       \
+  DRILL_ALU_KINDS(K, subl) DRILL_ALU_KINDS(K, and) DRILL_ALU_KINDS(K, or) DRILL_ALU_KINDS(K, xor)        \
+  DRILL_ALU_KINDS(K, cpa) DRILL_ALU_KINDS(K, cpl)                                                        \
+  K(st0) K(stx) K(st_storage) K(lad0) K(ladx) K(sla) K(sra) K(sll) K(srl)                                \
+  DRILL_JUMP_KINDS(K, jmi) DRILL_JUMP_KINDS(K, jnz) DRILL_JUMP_KINDS(K, jze) DRILL_JUMP_KINDS(K, jump)   \
+  DRILL_JUMP_KINDS(K, jpl) DRILL_JUMP_KINDS(K, jov)                                                      \
+  K(push) K(pop) K(call) K(ret) K(svc)
+
+enum class Kind : uint8_t {
+#define DRILL_ENUM(n) n,
+  DRILL_KINDS(DRILL_ENUM)
+#undef DRILL_ENUM
+  count
+};
+
+constexpr Kind operator+(Kind k, int n) { return static_cast<Kind>(static_cast<int>(k) + n); }
+
+// The index register of an instruction without an index, for the handlers
+// that do not have a form of their own for it: a ninth register that holds 0.
+constexpr uint8_t kZeroReg = 8;
+
+// One word decoded: its handler, its operand (the low 16 bits of the second
+// word, or the whole second cell for ST without an index) and its registers.
+struct Decoding {
+  Kind kind;
+  uint32_t adr = 0;
+  uint8_t r = 0;
+  uint8_t x = 0;
+};
+
+// Decodes the first word `w` with the second word `second` after it, for a
+// run whose reads stop above `ceiling`. The register pre-check has passed.
+constexpr Decoding DecodeWord(uint32_t w, uint32_t second, uint32_t ceiling) {
+  const uint8_t r = static_cast<uint8_t>((w >> 4) & 7u);
+  const uint8_t x = static_cast<uint8_t>(w & 7u);
+  const uint8_t ix = x != 0 ? x : kZeroReg;
+  const uint32_t adr = second & 0xFFFFu;
+  const auto alu = [&](Kind regForm) -> Decoding {
+    if (w & 0x400u) return {regForm, 0, r, x};  // x is the second register here
+    if (x != 0) return {regForm + 2, adr, r, x};
+    if (adr > ceiling) return {Kind::load_stop0, adr};
+    return {regForm + 1, adr, r};
+  };
+  const auto jump = [&](Kind noIndex) -> Decoding { return {noIndex + (x != 0 ? 1 : 0), adr, 0, x}; };
+  switch (kDecode[(w >> 8) & 0xFFu].exec) {
+    case OpExec::Nop: return {w == 0 ? Kind::nop : Kind::nop_stop};  // the whole cell must be 0
+    case OpExec::Ld: return alu(Kind::ld_r);
+    case OpExec::Adda: return alu(Kind::adda_r);
+    case OpExec::Suba: return alu(Kind::suba_r);
+    case OpExec::Addl: return alu(Kind::addl_r);
+    case OpExec::Subl: return alu(Kind::subl_r);
+    case OpExec::And: return alu(Kind::and_r);
+    case OpExec::Or: return alu(Kind::or_r);
+    case OpExec::Xor: return alu(Kind::xor_r);
+    case OpExec::Cpa: return alu(Kind::cpa_r);
+    case OpExec::Cpl: return alu(Kind::cpl_r);
+    case OpExec::St:
+      if (x != 0) return {Kind::stx, adr, r, x};
+      // The whole cell is the address.
+      if (second >= static_cast<uint32_t>(kMemoryCells)) return {Kind::st_storage, second};
+      return {Kind::st0, second, r};
+    case OpExec::Lad: return x != 0 ? Decoding{Kind::ladx, adr, r, x} : Decoding{Kind::lad0, adr, r};
+    case OpExec::Sla: return {Kind::sla, adr, r, ix};
+    case OpExec::Sra: return {Kind::sra, adr, r, ix};
+    case OpExec::Sll: return {Kind::sll, adr, r, ix};
+    case OpExec::Srl: return {Kind::srl, adr, r, ix};
+    case OpExec::Jmi: return jump(Kind::jmi_0);
+    case OpExec::Jnz: return jump(Kind::jnz_0);
+    case OpExec::Jze: return jump(Kind::jze_0);
+    case OpExec::Jump: return jump(Kind::jump_0);
+    case OpExec::Jpl: return jump(Kind::jpl_0);
+    case OpExec::Jov: return jump(Kind::jov_0);
+    case OpExec::Push: return {Kind::push, adr, 0, ix};
+    case OpExec::Pop: return {Kind::pop, 0, r};
+    case OpExec::Call: return {Kind::call, adr, 0, ix};
+    case OpExec::Ret: return {Kind::ret};
+    case OpExec::Svc: return {Kind::svc, adr, 0, ix};
+    case OpExec::Exit: return {Kind::exit};
+    case OpExec::Invalid: break;
+  }
+  return {Kind::unknown};
+}
+
+// The decoded instructions of one instantiation of the loop, by address, in
+// columns; slot a + 1 holds address a, so that a write at address 0 can put
+// back the entry before it without a test. Addresses above the ceiling are
+// never decoded: their "not decoded" handler stops the run.
+struct DecodedTable {
+  static constexpr int kSlots = kMemoryCells + 1;
+  void* handler[kSlots];   // the handler, or the loop's "not decoded" one
+  uint32_t adr[kSlots];    // Decoding::adr
+  uint8_t r[kSlots];       // Decoding::r
+  uint8_t x[kSlots];       // Decoding::x
+  void* notDecoded;        // the "not decoded" handler the column was filled with
+  int32_t used;            // slots below this may hold a decoded entry
+};
+
 // The cycles of a run, from PR 0 until a stop, with the limits of its variant
 // as constants: an address above kCeiling is the PR stop or the load stop, an
 // indexed ST at or above kStoreStop, or at or above maxMemory for the first
 // time in the run, goes to kStoreGuard. The machine holds the hot state when
 // it returns.
+//
+// A cycle is three steps: the count of PR's execution (kept in mc.execCount
+// itself, which costs the cycle no more than a count beside the decoded entry
+// and is right whenever anything reads it), the jump to the handler decoded
+// for PR and, at the handler's end, the move of PR. Every other check stands
+// in the decoded entry. A run that steps or traces would be an instantiation
+// of its own with its check in NEXT(), leaving this one as it is.
 template <int32_t kCeiling, int32_t kStoreStop, int (*kStoreGuard)(Tcomet2&, int32_t)>
-LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory) {
-  // The handler of each kind of instruction, by the decode table's kind.
-  void* handler[static_cast<int>(OpExec::Exit) + 1];
-  for (void*& h : handler) h = &&h_unknown;
-  handler[static_cast<int>(OpExec::Nop)] = &&h_nop;
-  handler[static_cast<int>(OpExec::Ld)] = &&h_ld;
-  handler[static_cast<int>(OpExec::St)] = &&h_st;
-  handler[static_cast<int>(OpExec::Lad)] = &&h_lad;
-  handler[static_cast<int>(OpExec::Adda)] = &&h_adda;
-  handler[static_cast<int>(OpExec::Suba)] = &&h_suba;
-  handler[static_cast<int>(OpExec::Addl)] = &&h_addl;
-  handler[static_cast<int>(OpExec::Subl)] = &&h_subl;
-  handler[static_cast<int>(OpExec::And)] = &&h_and;
-  handler[static_cast<int>(OpExec::Or)] = &&h_or;
-  handler[static_cast<int>(OpExec::Xor)] = &&h_xor;
-  handler[static_cast<int>(OpExec::Cpa)] = &&h_cpa;
-  handler[static_cast<int>(OpExec::Cpl)] = &&h_cpl;
-  handler[static_cast<int>(OpExec::Sla)] = &&h_sla;
-  handler[static_cast<int>(OpExec::Sra)] = &&h_sra;
-  handler[static_cast<int>(OpExec::Sll)] = &&h_sll;
-  handler[static_cast<int>(OpExec::Srl)] = &&h_srl;
-  handler[static_cast<int>(OpExec::Jmi)] = &&h_jmi;
-  handler[static_cast<int>(OpExec::Jnz)] = &&h_jnz;
-  handler[static_cast<int>(OpExec::Jze)] = &&h_jze;
-  handler[static_cast<int>(OpExec::Jump)] = &&h_jump;
-  handler[static_cast<int>(OpExec::Jpl)] = &&h_jpl;
-  handler[static_cast<int>(OpExec::Jov)] = &&h_jov;
-  handler[static_cast<int>(OpExec::Push)] = &&h_push;
-  handler[static_cast<int>(OpExec::Pop)] = &&h_pop;
-  handler[static_cast<int>(OpExec::Call)] = &&h_call;
-  handler[static_cast<int>(OpExec::Ret)] = &&h_ret;
-  handler[static_cast<int>(OpExec::Svc)] = &&h_svc;
-  handler[static_cast<int>(OpExec::Exit)] = &&h_exit;
-  // The handler of each code, so that a cycle finds it with one load.
-  void* byCode[256];
-  for (int c = 0; c < 256; ++c) byCode[c] = handler[static_cast<uint8_t>(kDecode[c].exec)];
+__attribute__((noinline)) LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory) {
+  static_assert(kCeiling + 2 < DecodedTable::kSlots, "PR moves on by two words at most before it is checked");
+  static void* const kHandler[] = {
+#define DRILL_LABEL(n) &&h_##n,
+      DRILL_KINDS(DRILL_LABEL)
+#undef DRILL_LABEL
+  };
+  static_assert(std::size(kHandler) == static_cast<size_t>(Kind::count));
+
+  // The table lives as long as the process and is cleared at the start of a
+  // run as far as the runs before decoded; a table that holds the handlers
+  // of another copy of this function (should the compiler make one) is
+  // cleared whole. The address of the table goes through an empty asm so that
+  // the compiler keeps it in a register instead of building it again in
+  // every handler.
+  static DecodedTable table;
+  DecodedTable* tb = &table;
+  asm("" : "+r"(tb));
+  void* const notDecoded = &&h_decode;
+  if (tb->notDecoded != notDecoded) {
+    std::fill_n(tb->handler, DecodedTable::kSlots, notDecoded);
+    tb->notDecoded = notDecoded;
+  } else {
+    std::fill_n(tb->handler, tb->used, notDecoded);
+  }
+  tb->used = 0;
 
   // Hot state in locals; written back by Save(). The sign and zero flags
   // live in one value `fv`: Fsign is fv < 0, Fzero is fv == 0 (no
-  // instruction sets both flags at once).
-  int32_t* const mem = mc.Memory.data();
-  int32_t* const cnt = mc.execCount.data();
-  int32_t* const stk = mc.stackArea.data();
-  int32_t gr[8];
+  // instruction sets both flags at once). Fovf is worked out when it is
+  // read: it is 1 when `fx` differs from fv. fx is kOvfAsFound while no
+  // instruction has set the flags and Fovf, as found, is neither 0 nor 1.
+  // The comparison of the register form of CPA is kept in the same way in
+  // `cmpv` (its fv), kNotCompared until there is one.
+  constexpr int32_t kOvfAsFound = INT32_MIN;
+  constexpr int32_t kNotCompared = INT32_MIN;
+  int32_t gr[9];  // gr[kZeroReg] stays 0
   for (int i = 0; i < 8; ++i) gr[i] = mc.GR[i];
+  gr[kZeroReg] = 0;
   uint64_t pr = 0;  // a PR from a stack cell below 0 becomes huge here
   uint32_t w = 0;
   uint32_t sp = static_cast<uint32_t>(mc.SP);
-  uint32_t ea = 0;
+  uint64_t ea = 0;  // within 16 bits; as wide as PR, to index without a widening
   int32_t depth = mc.callDepth;
-  int32_t fovf = mc.Fovf;
   int32_t fv = mc.Fzero == 1 ? 0 : mc.Fsign == 1 ? -1 : 1;
-  bool storeWarned = false;  // the out-of-range warning of ST, once per run
-  int32_t stopAdr = 0;       // the address that a stop of the simulator's own names
+  const int32_t ovfFound = mc.Fovf;
+  int32_t fx = ovfFound == 0 ? fv : ovfFound == 1 ? fv ^ 0x10000 : kOvfAsFound;
+  int32_t cmpv = kNotCompared;
+  // An indexed ST at or above this asks the guard: the reserved size until
+  // the guard has warned once in the run, then kStoreStop alone.
+  int64_t guardFrom = std::min<int64_t>(kStoreStop, maxMemory);
+  int32_t stopAdr = 0;  // the address that a stop of the simulator's own names
   Stop stop = Stop::Quiet;
 
   // Inlined at every call, or the locals it reads would have to live in
@@ -419,212 +541,260 @@ LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory) {
     mc.SP = static_cast<int32_t>(sp);
     mc.effAdr = static_cast<int32_t>(ea);
     mc.callDepth = depth;
-    mc.Fovf = fovf;
+    mc.Fovf = fx == kOvfAsFound ? ovfFound : fx != fv ? 1 : 0;
     mc.Fsign = fv < 0 ? 1 : 0;
     mc.Fzero = fv == 0 ? 1 : 0;
+    if (cmpv != kNotCompared) mc.cmpResult = cmpv > 0 ? 0 : cmpv == 0 ? 1 : 2;
   };
 
-// One cycle: the PR checks, the word, the register pre-check, the count and
-// the jump to the handler of the word's kind.
-#define NEXT()                                                                  \
-  do {                                                                          \
-    if (pr > static_cast<uint64_t>(kCeiling)) goto pr_out;                      \
-    w = static_cast<uint32_t>(mem[pr]);                                         \
-    if (w & 0x88u) goto pre_check;                                              \
-    cnt[pr] = static_cast<int32_t>(static_cast<uint32_t>(cnt[pr]) + 1u);        \
-    goto* byCode[(w >> 8) & 0xFFu];                                             \
+// The columns of the table and the cells of the machine are reached from
+// `tb` and `mc` alone, each with a constant offset, so that no more
+// registers hold bases.
+#define HANDLER(a) tb->handler[(a) + 1]
+#define R_ tb->r[pr + 1]
+#define X_ tb->x[pr + 1]
+#define ADR_ tb->adr[pr + 1]
+#define COUNT(a) reinterpret_cast<uint32_t&>(mc.execCount[a])  // it wraps as the cell's 32 bits
+// The end of every handler: count the execution at PR and jump to its handler.
+// The empty asm makes the move of PR happen before the dispatch, so that the
+// count and the jump address from the new PR and not, through one more
+// register and instruction, from the old one.
+#define NEXT()            \
+  do {                    \
+    asm("" : "+r"(pr));   \
+    COUNT(pr) += 1u;      \
+    goto* HANDLER(pr);    \
   } while (0)
-#define R_ (((w) >> 4) & 7u)
-#define X_ ((w) & 7u)
-// The effective address: u16(A) + u16(GR[x]) with the carry dropped; x 0
-// adds nothing.
-#define EFF_ADR() \
-  ((static_cast<uint32_t>(mem[pr + 1]) + (X_ ? static_cast<uint32_t>(gr[X_]) : 0u)) & 0xFFFFu)
+// The effective address: u16(A) + u16(GR[x]) with the carry dropped.
+#define EFF_ADR() ((ADR_ + static_cast<uint32_t>(gr[X_])) & 0xFFFFu)
 // The wide sum of JMI, JZE and JPL: the same without the wrap.
-#define WIDE_SUM() \
-  ((static_cast<uint32_t>(mem[pr + 1]) & 0xFFFFu) + (X_ ? (static_cast<uint32_t>(gr[X_]) & 0xFFFFu) : 0u))
-// The operand of an instruction that reads memory or, in the register form,
-// GR[x]. Moves PR to the next instruction; an address above the ceiling is the
-// load stop, with PR at the second word.
-#define FETCH_OPERAND(op)                          \
-  int32_t op;                                      \
-  if (w & 0x400u) {                                \
-    op = gr[X_];                                   \
-    pr += 1;                                       \
-  } else {                                         \
-    ea = EFF_ADR();                                \
-    if (ea > static_cast<uint32_t>(kCeiling)) {    \
-      pr += 1;                                     \
-      goto load_stop;                              \
-    }                                              \
-    op = mem[ea];                                  \
-    pr += 2;                                       \
+#define WIDE_SUM() (ADR_ + (static_cast<uint32_t>(gr[X_]) & 0xFFFFu))
+// A write at address `a` (inside Memory's storage) puts back the entries
+// whose words it may have changed.
+#define WRITTEN(a)                      \
+  do {                                  \
+    HANDLER((a) - 1) = notDecoded;      \
+    HANDLER(a) = notDecoded;            \
+  } while (0)
+// The three handlers of an instruction of two forms: the operand `op` from
+// GR[x] (PR moves on by one), from u16(A) (decoded within the ceiling) or from
+// the effective address (above the ceiling: the load stop, PR at the second
+// word); then BODY on `g`, GR[r], with kRegForm telling the form.
+#define ALU(name, BODY)                                         \
+  h_##name##_r: {                                               \
+    [[maybe_unused]] constexpr bool kRegForm = true;            \
+    const int32_t op = gr[X_];                                  \
+    int32_t& g = gr[R_];                                        \
+    BODY;                                                       \
+    pr += 1;                                                    \
+    NEXT();                                                     \
+  }                                                             \
+  h_##name##_m0: {                                              \
+    [[maybe_unused]] constexpr bool kRegForm = false;           \
+    ea = ADR_;                                                  \
+    const int32_t op = mc.Memory[ea];                           \
+    int32_t& g = gr[R_];                                        \
+    BODY;                                                       \
+    pr += 2;                                                    \
+    NEXT();                                                     \
+  }                                                             \
+  h_##name##_mx: {                                              \
+    [[maybe_unused]] constexpr bool kRegForm = false;           \
+    int32_t& g = gr[R_];                                        \
+    ea = EFF_ADR();                                             \
+    if (ea > static_cast<uint64_t>(kCeiling)) goto load_stop_x; \
+    const int32_t op = mc.Memory[ea];                           \
+    BODY;                                                       \
+    pr += 2;                                                    \
+    NEXT();                                                     \
+  }
+// The two handlers of a jump when `taken` holds: to u16(A) without an index,
+// to `to` with one (which may pass 65535, and is checked here).
+#define JUMP(name, taken, to)                                  \
+  h_##name##_0:                                                \
+  ea = ADR_;                                                   \
+  pr = (taken) ? ea : pr + 2;                                  \
+  NEXT();                                                      \
+  h_##name##_x: {                                              \
+    ea = EFF_ADR();                                            \
+    if (taken) {                                               \
+      pr = (to);                                               \
+      if (pr > static_cast<uint64_t>(kCeiling)) goto pr_out;   \
+    } else {                                                   \
+      pr += 2;                                                 \
+    }                                                          \
+    NEXT();                                                    \
   }
 
   NEXT();
 
-pre_check:
-  if (RegisterStops(w)) goto register_stop;
-  cnt[pr] = static_cast<int32_t>(static_cast<uint32_t>(cnt[pr]) + 1u);
-  goto* byCode[(w >> 8) & 0xFFu];
+// Not decoded yet: the dispatch has counted the address already, which the
+// stops before the count take back.
+h_decode: {
+  // Every move of PR that may pass 65535 is checked where it is made.
+  if (pr > static_cast<uint64_t>(kCeiling)) {
+    COUNT(pr) -= 1u;
+    goto pr_out;
+  }
+  w = static_cast<uint32_t>(mc.Memory[pr]);
+  if ((w & 0x88u) != 0 && RegisterStops(w)) {
+    COUNT(pr) -= 1u;
+    goto register_stop;
+  }
+  const Decoding d = DecodeWord(w, static_cast<uint32_t>(mc.Memory[pr + 1]), kCeiling);
+  HANDLER(pr) = kHandler[static_cast<int>(d.kind)];
+  ADR_ = d.adr;
+  R_ = d.r;
+  X_ = d.x;
+  tb->used = std::max(tb->used, static_cast<int32_t>(pr) + 2);
+  goto* HANDLER(pr);
+}
 
 h_nop:
-  if (w != 0) goto nop_stop;  // the whole cell must be 0
   pr += 1;
   NEXT();
 
-h_ld: {
-  FETCH_OPERAND(op);
-  gr[R_] = fv = Sext16(static_cast<uint32_t>(op));
-  fovf = 0;
+h_nop_stop:
+  w = static_cast<uint32_t>(mc.Memory[pr]);
+  goto nop_stop;
+
+h_load_stop0:
+  ea = ADR_;
+  pr += 1;
+  goto load_stop;
+
+  ALU(ld, {
+    g = fv = Sext16(static_cast<uint32_t>(op));
+    fx = fv;
+  })
+  ALU(adda, {
+    const int32_t t = Sext16(static_cast<uint32_t>(g)) + Sext16(static_cast<uint32_t>(op));
+    g = fv = Sext16(static_cast<uint32_t>(t));
+    fx = t;  // overflow: t does not fit in 16 bits
+  })
+  ALU(suba, {
+    const int32_t t = Sext16(static_cast<uint32_t>(g)) - Sext16(static_cast<uint32_t>(op));
+    g = fv = Sext16(static_cast<uint32_t>(t));
+    fx = t;
+  })
+  ALU(addl, {
+    const uint32_t t = (static_cast<uint32_t>(g) & 0xFFFFu) + (static_cast<uint32_t>(op) & 0xFFFFu);
+    g = static_cast<int32_t>(t & 0xFFFFu);
+    fv = Sext16(t);
+    fx = fv ^ static_cast<int32_t>(t & 0x10000u);  // overflow: the carry out of 16 bits
+  })
+  ALU(subl, {
+    const uint32_t t = (static_cast<uint32_t>(g) & 0xFFFFu) - (static_cast<uint32_t>(op) & 0xFFFFu);
+    g = static_cast<int32_t>(t & 0xFFFFu);
+    fv = Sext16(t);
+    fx = fv ^ static_cast<int32_t>(t & 0x10000u);  // the difference was below 0
+  })
+  ALU(and, {
+    g &= op;  // on the full cells
+    fx = fv = Sext16(static_cast<uint32_t>(g));
+  })
+  ALU(or, {
+    g |= op;
+    fx = fv = Sext16(static_cast<uint32_t>(g));
+  })
+  ALU(xor, {
+    g ^= op;
+    fx = fv = Sext16(static_cast<uint32_t>(g));
+  })
+  ALU(cpa, {
+    fx = fv = Sext16(static_cast<uint32_t>(g)) - Sext16(static_cast<uint32_t>(op));  // less: Fsign; equal: Fzero
+    if (kRegForm) cmpv = fv;
+  })
+  ALU(cpl, {
+    fx = fv = (g & 0xFFFF) - (op & 0xFFFF);
+  })
+
+h_st0: {
+  // The whole cell is the address, decoded within Memory's storage: no
+  // bound, no effAdr, no warning.
+  const uint64_t a = ADR_;
+  mc.Memory[a] = gr[R_];
+  WRITTEN(a);
+  pr += 2;
   NEXT();
 }
 
-h_st: {
-  const int32_t a = mem[pr + 1];
-  if (X_ == 0) {
-    // The whole cell is the address: no bound, no effAdr, no warning.
-    if (static_cast<uint32_t>(a) >= static_cast<uint32_t>(kMemoryCells)) {
-      pr += 1;
-      stopAdr = a;
-      goto store_storage;
-    }
-    mem[a] = gr[R_];
-  } else {
-    ea = EFF_ADR();
-    if (ea >= static_cast<uint32_t>(kStoreStop) || (static_cast<int32_t>(ea) >= maxMemory && !storeWarned)) {
-      Save();
-      mc.PR = static_cast<int32_t>(pr + 1);
-      if (ea < static_cast<uint32_t>(kStoreStop)) storeWarned = true;
-      if (kStoreGuard(mc, static_cast<int32_t>(ea)) == 999) {
-        pr += 1;
-        goto store_stop;
-      }
-    }
-    mem[ea] = gr[R_];
+h_st_storage:
+  stopAdr = static_cast<int32_t>(ADR_);
+  pr += 1;
+  goto store_storage;
+
+h_stx: {
+  ea = EFF_ADR();
+  if (static_cast<int64_t>(ea) >= guardFrom) goto st_guard;
+st_store:
+  mc.Memory[ea] = gr[R_];
+  WRITTEN(ea);
+  pr += 2;
+  NEXT();
+}
+
+st_guard:  // out of the handler's way, or the compiler prepares for it there
+  Save();
+  mc.PR = static_cast<int32_t>(pr + 1);
+  if (ea < static_cast<uint64_t>(kStoreStop)) guardFrom = kStoreStop;  // the warning once
+  if (kStoreGuard(mc, static_cast<int32_t>(ea)) == 999) {
+    pr += 1;
+    goto store_stop;
   }
+  goto st_store;
+
+h_lad0:
+  gr[R_] = static_cast<int32_t>(ADR_);  // no flags, no effAdr
   pr += 2;
   NEXT();
-}
 
-h_lad:
-  gr[R_] = static_cast<int32_t>(EFF_ADR());  // no flags, no effAdr
+h_ladx:
+  gr[R_] = static_cast<int32_t>(EFF_ADR());
   pr += 2;
   NEXT();
-
-h_adda: {
-  FETCH_OPERAND(op);
-  const int32_t t = Sext16(static_cast<uint32_t>(gr[R_])) + Sext16(static_cast<uint32_t>(op));
-  gr[R_] = fv = Sext16(static_cast<uint32_t>(t));
-  fovf = fv != t ? 1 : 0;
-  NEXT();
-}
-
-h_suba: {
-  FETCH_OPERAND(op);
-  const int32_t t = Sext16(static_cast<uint32_t>(gr[R_])) - Sext16(static_cast<uint32_t>(op));
-  gr[R_] = fv = Sext16(static_cast<uint32_t>(t));
-  fovf = fv != t ? 1 : 0;
-  NEXT();
-}
-
-h_addl: {
-  FETCH_OPERAND(op);
-  const uint32_t t = (static_cast<uint32_t>(gr[R_]) & 0xFFFFu) + (static_cast<uint32_t>(op) & 0xFFFFu);
-  gr[R_] = static_cast<int32_t>(t & 0xFFFFu);
-  fv = Sext16(t);
-  fovf = t > 0xFFFFu ? 1 : 0;
-  NEXT();
-}
-
-h_subl: {
-  FETCH_OPERAND(op);
-  const uint32_t t = (static_cast<uint32_t>(gr[R_]) & 0xFFFFu) - (static_cast<uint32_t>(op) & 0xFFFFu);
-  gr[R_] = static_cast<int32_t>(t & 0xFFFFu);
-  fv = Sext16(t);
-  fovf = t > 0xFFFFu ? 1 : 0;  // the difference was below 0
-  NEXT();
-}
-
-h_and: {
-  FETCH_OPERAND(op);
-  gr[R_] &= op;  // on the full cells
-  fv = Sext16(static_cast<uint32_t>(gr[R_]));
-  fovf = 0;
-  NEXT();
-}
-
-h_or: {
-  FETCH_OPERAND(op);
-  gr[R_] |= op;
-  fv = Sext16(static_cast<uint32_t>(gr[R_]));
-  fovf = 0;
-  NEXT();
-}
-
-h_xor: {
-  FETCH_OPERAND(op);
-  gr[R_] ^= op;
-  fv = Sext16(static_cast<uint32_t>(gr[R_]));
-  fovf = 0;
-  NEXT();
-}
-
-h_cpa: {
-  const bool regForm = (w & 0x400u) != 0;
-  FETCH_OPERAND(op);
-  const int32_t lhs = Sext16(static_cast<uint32_t>(gr[R_]));
-  const int32_t rhs = Sext16(static_cast<uint32_t>(op));
-  fv = lhs - rhs;  // less: Fsign; equal: Fzero
-  fovf = 0;
-  if (regForm) mc.cmpResult = lhs > rhs ? 0 : lhs == rhs ? 1 : 2;
-  NEXT();
-}
-
-h_cpl: {
-  FETCH_OPERAND(op);
-  fv = (gr[R_] & 0xFFFF) - (op & 0xFFFF);
-  fovf = 0;
-  NEXT();
-}
 
 h_sla: {
   // The sign bit stays out of the shift; Fzero is taken from the raw value
   // before bit 15 is cleared.
   ea = EFF_ADR();
-  const uint32_t n = ea > 15u ? 16u : ea;
-  const uint32_t old = static_cast<uint32_t>(gr[R_]) & 0xFFFFu;
+  const uint32_t n = ea > 15u ? 16u : static_cast<uint32_t>(ea);
+  int32_t& g = gr[R_];
+  const uint32_t old = static_cast<uint32_t>(g) & 0xFFFFu;
   const uint32_t bit15 = old & 0x8000u;
   const uint32_t raw = ((old << n) & 0xFFFFu) | bit15;
-  gr[R_] = bit15 ? Sext16(raw) : static_cast<int32_t>(raw & 0x7FFFu);
-  fovf = (n >= 1 && n <= 15) ? static_cast<int32_t>((old >> (15 - n)) & 1u) : 0;
+  g = bit15 ? Sext16(raw) : static_cast<int32_t>(raw & 0x7FFFu);
+  const uint32_t ovf = (n >= 1 && n <= 15) ? (old >> (15 - n)) & 1u : 0u;
   fv = bit15 ? -1 : raw != 0 ? 1 : 0;  // Fsign is the old bit 15, Fzero from raw
+  fx = fv ^ static_cast<int32_t>(ovf << 16);
   pr += 2;
   NEXT();
 }
 
 h_sra: {
   ea = EFF_ADR();
-  const uint32_t n = ea > 15u ? 16u : ea;
-  const uint32_t old = static_cast<uint32_t>(gr[R_]) & 0xFFFFu;
-  gr[R_] = fv = Sext16(old) >> n;  // arithmetic: n 16 gives 0 or -1
-  fovf = n >= 1 ? static_cast<int32_t>((old >> (n - 1)) & 1u) : 0;
+  const uint32_t n = ea > 15u ? 16u : static_cast<uint32_t>(ea);
+  int32_t& g = gr[R_];
+  const uint32_t old = static_cast<uint32_t>(g) & 0xFFFFu;
+  g = fv = Sext16(old) >> n;  // arithmetic: n 16 gives 0 or -1
+  const uint32_t ovf = n >= 1 ? (old >> (n - 1)) & 1u : 0u;
+  fx = fv ^ static_cast<int32_t>(ovf << 16);
   pr += 2;
   NEXT();
 }
 
 h_sll: {
   ea = EFF_ADR();
+  int32_t& g = gr[R_];
   if (ea > 16u) {
-    gr[R_] = 0;
-    fovf = 0;
-    fv = 0;
+    g = fv = fx = 0;
   } else {
-    const uint32_t old = static_cast<uint32_t>(gr[R_]) & 0xFFFFu;
+    const uint32_t old = static_cast<uint32_t>(g) & 0xFFFFu;
     const uint32_t v = (old << ea) & 0xFFFFu;
-    gr[R_] = static_cast<int32_t>(v);
+    g = static_cast<int32_t>(v);
     fv = Sext16(v);
-    fovf = ea >= 1 ? static_cast<int32_t>((old >> (16 - ea)) & 1u) : 0;
+    const uint32_t ovf = ea >= 1 ? (old >> (16 - ea)) & 1u : 0u;
+    fx = fv ^ static_cast<int32_t>(ovf << 16);
   }
   pr += 2;
   NEXT();
@@ -632,48 +802,27 @@ h_sll: {
 
 h_srl: {
   ea = EFF_ADR();
+  int32_t& g = gr[R_];
   if (ea > 16u) {
-    gr[R_] = 0;
-    fovf = 0;
-    fv = 0;
+    g = fv = fx = 0;
   } else {
-    const uint32_t old = static_cast<uint32_t>(gr[R_]) & 0xFFFFu;
-    gr[R_] = fv = Sext16(old >> ea);  // sign-extended from 16 bits
-    fovf = ea >= 1 ? static_cast<int32_t>((old >> (ea - 1)) & 1u) : 0;
+    const uint32_t old = static_cast<uint32_t>(g) & 0xFFFFu;
+    g = fv = Sext16(old >> ea);  // sign-extended from 16 bits
+    const uint32_t ovf = ea >= 1 ? (old >> (ea - 1)) & 1u : 0u;
+    fx = fv ^ static_cast<int32_t>(ovf << 16);
   }
   pr += 2;
   NEXT();
 }
 
-h_jmi:
-  ea = EFF_ADR();
-  pr = fv < 0 ? WIDE_SUM() : pr + 2;
-  NEXT();
-
-h_jnz:
-  ea = EFF_ADR();
-  pr = fv != 0 ? ea : pr + 2;
-  NEXT();
-
-h_jze:
-  ea = EFF_ADR();
-  pr = fv == 0 ? WIDE_SUM() : pr + 2;
-  NEXT();
-
-h_jump:
-  ea = EFF_ADR();
-  pr = ea;
-  NEXT();
-
-h_jpl:
-  ea = EFF_ADR();
-  pr = fv > 0 ? WIDE_SUM() : pr + 2;
-  NEXT();
-
-h_jov:
-  ea = EFF_ADR();
-  pr = fovf == 1 ? ea : pr + 2;
-  NEXT();
+  // JMI, JZE and JPL with an index jump to the wide sum, which may pass 65535.
+  JUMP(jmi, fv < 0, WIDE_SUM())
+  JUMP(jnz, fv != 0, ea)
+  JUMP(jze, fv == 0, WIDE_SUM())
+  JUMP(jump, true, ea)
+  JUMP(jpl, fv > 0, WIDE_SUM())
+  // Fovf is 1: as found, it is neither 0 nor 1.
+  JUMP(jov, fx != fv && fx != kOvfAsFound, ea)
 
 h_push:
   ea = EFF_ADR();
@@ -691,7 +840,7 @@ h_pop: {
     stopAdr = static_cast<int32_t>(pr);
     goto stack_storage;
   }
-  gr[R_] = stk[i];
+  gr[R_] = mc.stackArea[i];
   sp += 1;
   pr += 1;
   NEXT();
@@ -707,7 +856,7 @@ h_call: {
   }
   depth += 1;
   sp -= 1;
-  stk[i] = static_cast<int32_t>(pr + 2);
+  mc.stackArea[i] = static_cast<int32_t>(pr + 2);
   pr = ea;
   NEXT();
 }
@@ -735,15 +884,19 @@ h_ret: {
     stopAdr = static_cast<int32_t>(pr);
     goto stack_storage;
   }
-  pr = static_cast<uint64_t>(static_cast<int64_t>(stk[i]));
+  pr = static_cast<uint64_t>(static_cast<int64_t>(mc.stackArea[i]));
   sp += 1;
+  if (pr > static_cast<uint64_t>(kCeiling)) goto pr_out;
   NEXT();
 }
 
 h_svc:
   ea = EFF_ADR();
   Save();
-  svcService(mc, static_cast<int32_t>(ea));
+  if (svcService(mc, static_cast<int32_t>(ea))) {
+    // IN wrote into Memory: nothing decoded may stand.
+    std::fill_n(tb->handler, tb->used, notDecoded);
+  }
   pr += 2;
   NEXT();
 
@@ -752,6 +905,7 @@ h_exit:
   goto done;
 
 h_unknown:
+  w = static_cast<uint32_t>(mc.Memory[pr]);
   stop = Stop::Unknown;
   goto done;
 
@@ -764,6 +918,8 @@ register_stop:
 nop_stop:
   stop = Stop::Nop;
   goto done;
+load_stop_x:  // PR at the second word
+  pr += 1;
 load_stop:
   stop = Stop::Load;
   goto done;
@@ -778,15 +934,24 @@ stack_storage:
   goto done;
 
 #undef NEXT
+#undef HANDLER
+#undef COUNT
 #undef R_
 #undef X_
+#undef ADR_
 #undef EFF_ADR
 #undef WIDE_SUM
-#undef FETCH_OPERAND
+#undef WRITTEN
+#undef ALU
+#undef JUMP
 done:
   Save();
   return {stop, w, stopAdr};
 }
+
+#undef DRILL_ALU_KINDS
+#undef DRILL_JUMP_KINDS
+#undef DRILL_KINDS
 
 }  // namespace
 
