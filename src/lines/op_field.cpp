@@ -6,28 +6,16 @@
 
 #include "lines/fields.h"
 #include "lines/mozi.h"
+#include "lines/opcodes.h"
 #include "operands/rules_util.h"
 #include "records/mode.h"
 #include "records/console.h"
 
 using rules::L;
 
-namespace {
-
-// The 36 names, closed by an empty entry.
-const std::array<wstr, 37> kOpTable{
-    u"START", u"END", u"DC",  u"DS",  u"LD",  u"LAD",  u"ST",   u"ADDA", u"SUBA", u"ADDL", u"SUBL", u"AND", u"OR",
-    u"XOR",   u"CPA", u"CPL", u"SRA", u"SRL", u"SLA",  u"SLL",  u"JPL",  u"JMI",  u"JZE",  u"JNZ",  u"JOV", u"JUMP",
-    u"CALL",  u"RET", u"PUSH", u"POP", u"NOP", u"SVC", u"IN",   u"OUT",  u"RPUSH", u"RPOP", u""};
-
-}  // namespace
-
 bool IsOpcodeOfCasl2(wview op) {
-  for (const wstr& t : kOpTable) {
-    if (t.empty()) break;
-    if (t == op) return true;
-  }
-  return false;
+  const Op o = OpOf(op);
+  return o != Op::None && o != Op::Other && o != Op::EXIT;
 }
 
 int CkOpStrNW(int prg) {

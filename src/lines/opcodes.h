@@ -3,8 +3,10 @@
 // with a list of names.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
 #include "records/text.h"
 
@@ -20,23 +22,48 @@ enum class Op : uint8_t {
 
 namespace opcodes {
 
-// A name of at most five capital letters packed into one number: its
-// length above its letters, eight bits each.
-template <class C>
-constexpr uint64_t Key(std::basic_string_view<C> s) {
-  uint64_t k = s.size();
-  for (C c : s) k = k << 8 | static_cast<uint8_t>(c);
-  return k;
-}
-constexpr uint64_t Key(const char16_t* s) { return Key(wview(s)); }
+struct Name {
+  const char* text;
+  Op op;
+};
+inline constexpr Name kNames[] = {
+    {"START", Op::START}, {"END", Op::END},   {"DC", Op::DC},     {"DS", Op::DS},       {"LD", Op::LD},
+    {"ST", Op::ST},       {"LAD", Op::LAD},   {"ADDA", Op::ADDA}, {"SUBA", Op::SUBA},   {"ADDL", Op::ADDL},
+    {"SUBL", Op::SUBL},   {"AND", Op::AND},   {"OR", Op::OR},     {"XOR", Op::XOR},     {"CPA", Op::CPA},
+    {"CPL", Op::CPL},     {"SLA", Op::SLA},   {"SRA", Op::SRA},   {"SLL", Op::SLL},     {"SRL", Op::SRL},
+    {"JMI", Op::JMI},     {"JNZ", Op::JNZ},   {"JZE", Op::JZE},   {"JUMP", Op::JUMP},   {"JPL", Op::JPL},
+    {"JOV", Op::JOV},     {"PUSH", Op::PUSH}, {"POP", Op::POP},   {"CALL", Op::CALL},   {"RET", Op::RET},
+    {"SVC", Op::SVC},     {"NOP", Op::NOP},   {"IN", Op::IN},     {"OUT", Op::OUT},     {"RPUSH", Op::RPUSH},
+    {"RPOP", Op::RPOP},   {"EXIT", Op::EXIT},
+};
 
-template <class C>
-constexpr bool IsName(std::basic_string_view<C> s) {
-  if (s.empty() || s.size() > 5) return false;
-  for (C c : s)
-    if (c < C('A') || c > C('Z')) return false;
-  return true;
+// The place of a text of two to five characters in the table below: the
+// numbers are chosen so that no two names share a place.
+constexpr size_t Place(uint32_t first, uint32_t second, uint32_t last, size_t len) {
+  return (first + second * 114 + last * 5 + len) & 127;
 }
+
+struct Entry {
+  Op op = Op::Other;
+  uint8_t len = 0;
+  char text[5] = {};
+};
+
+constexpr std::array<Entry, 128> MakeTable() {
+  std::array<Entry, 128> t{};
+  for (const Name& n : kNames) {
+    size_t len = 0;
+    while (n.text[len] != 0) ++len;
+    Entry& e = t[Place(static_cast<uint8_t>(n.text[0]), static_cast<uint8_t>(n.text[1]),
+                       static_cast<uint8_t>(n.text[len - 1]), len)];
+    if (e.len != 0) throw "two names share a place";
+    e.op = n.op;
+    e.len = static_cast<uint8_t>(len);
+    for (size_t k = 0; k < len; ++k) e.text[k] = n.text[k];
+  }
+  return t;
+}
+inline constexpr std::array<Entry, 128> kTable = MakeTable();
 
 }  // namespace opcodes
 
@@ -45,49 +72,16 @@ constexpr bool IsName(std::basic_string_view<C> s) {
 // reads the names of the instruction table.
 template <class C>
 constexpr Op OpOf(std::basic_string_view<C> op) {
-  using opcodes::Key;
-  if (op.empty()) return Op::None;
-  if (!opcodes::IsName(op)) return Op::Other;
-  switch (Key(op)) {
-    case Key(u"START"): return Op::START;
-    case Key(u"END"): return Op::END;
-    case Key(u"DC"): return Op::DC;
-    case Key(u"DS"): return Op::DS;
-    case Key(u"LD"): return Op::LD;
-    case Key(u"ST"): return Op::ST;
-    case Key(u"LAD"): return Op::LAD;
-    case Key(u"ADDA"): return Op::ADDA;
-    case Key(u"SUBA"): return Op::SUBA;
-    case Key(u"ADDL"): return Op::ADDL;
-    case Key(u"SUBL"): return Op::SUBL;
-    case Key(u"AND"): return Op::AND;
-    case Key(u"OR"): return Op::OR;
-    case Key(u"XOR"): return Op::XOR;
-    case Key(u"CPA"): return Op::CPA;
-    case Key(u"CPL"): return Op::CPL;
-    case Key(u"SLA"): return Op::SLA;
-    case Key(u"SRA"): return Op::SRA;
-    case Key(u"SLL"): return Op::SLL;
-    case Key(u"SRL"): return Op::SRL;
-    case Key(u"JMI"): return Op::JMI;
-    case Key(u"JNZ"): return Op::JNZ;
-    case Key(u"JZE"): return Op::JZE;
-    case Key(u"JUMP"): return Op::JUMP;
-    case Key(u"JPL"): return Op::JPL;
-    case Key(u"JOV"): return Op::JOV;
-    case Key(u"PUSH"): return Op::PUSH;
-    case Key(u"POP"): return Op::POP;
-    case Key(u"CALL"): return Op::CALL;
-    case Key(u"RET"): return Op::RET;
-    case Key(u"SVC"): return Op::SVC;
-    case Key(u"NOP"): return Op::NOP;
-    case Key(u"IN"): return Op::IN;
-    case Key(u"OUT"): return Op::OUT;
-    case Key(u"RPUSH"): return Op::RPUSH;
-    case Key(u"RPOP"): return Op::RPOP;
-    case Key(u"EXIT"): return Op::EXIT;
-    default: return Op::Other;
-  }
+  using U = std::make_unsigned_t<C>;
+  const size_t n = op.size();
+  if (n == 0) return Op::None;
+  if (n < 2 || n > 5) return Op::Other;
+  const opcodes::Entry& e =
+      opcodes::kTable[opcodes::Place(static_cast<U>(op[0]), static_cast<U>(op[1]), static_cast<U>(op[n - 1]), n)];
+  if (e.len != n) return Op::Other;
+  for (size_t k = 0; k < n; ++k)
+    if (static_cast<U>(op[k]) != static_cast<uint8_t>(e.text[k])) return Op::Other;
+  return e.op;
 }
 constexpr Op OpOf(wview op) { return OpOf<char16_t>(op); }
 constexpr Op OpOf(const wstr& op) { return OpOf<char16_t>(wview(op)); }
