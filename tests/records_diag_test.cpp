@@ -108,6 +108,10 @@ TEST(TextTest, Utf8RoundTripAndBadSequences) {
   EXPECT_EQ(Utf8ToU16("\xFF" "a\xE3\x81"), wstr(u"\uFFFDa\uFFFD"));
   EXPECT_EQ(Utf8ToU16("\xC0\x80"), wstr(u"\uFFFD"));  // overlong
   EXPECT_EQ(U16ToUtf8(wstr(1, char16_t(0xD800))), "\xEF\xBF\xBD");
+  // Appending: ASCII alone, ASCII up to 0x7F, then text of every width.
+  std::string out = "x";
+  for (const wstr& t : {wstr(u"AB ~\x7F"), wstr(u""), wstr(u"\x80\u3042"), w, wstr(1, char16_t(0xDC00))}) AppendUtf8(out, t);
+  EXPECT_EQ(out, "xAB ~\x7F\xC2\x80\xE3\x81\x82" + s + "\xEF\xBF\xBD");
 }
 
 TEST(ConsoleTest, LongLinesLeaveTheirRestAndPipesEndTheProgram) {

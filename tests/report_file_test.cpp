@@ -127,6 +127,18 @@ TEST_F(ReportFile, ALargeTableWrittenInPieces) {
   EXPECT_EQ(text.substr(text.find("  Address")), table);
 }
 
+// The addresses of the rows count on in both columns, the hexadecimal one
+// in its low 16 bits beyond #FFFF.
+TEST_F(ReportFile, AddressesCountOnPastTheLastCell) {
+  b->MaxMemory = 65530;
+  const std::string text = Report("r.txt");
+  for (const char* row : {"\n#0000:    0:", "\n#0009:    9:", "\n#000A:   10:", "\n#00FF:  255:", "\n#0100:  256:",
+                          "\n#270F: 9999:", "\n#2710:10000:", "\n#FFFF:65535:", "\n#0000:65536:",
+                          "\n#0003:65539:      :    :#0000:"})
+    EXPECT_NE(text.find(row), std::string::npos) << row;
+  EXPECT_EQ(text.find("\n#0004:65540:"), std::string::npos);
+}
+
 TEST(ReportPieces, NumericColumns) {
   const std::pair<int32_t, const char*> rows[] = {
       {65, " 'A':#0041:   65:   +65: 0000 0000 0100 0001:"},       {0, "    :#0000:    0:    +0: 0000 0000 0000 0000:"},

@@ -84,8 +84,16 @@ std::string U16ToUtf8(wview s) {
 }
 
 void AppendUtf8(std::string& out, wview s) {
-  out.reserve(out.size() + s.size());
   const size_t n = s.size();
+  char16_t any = 0;
+  for (char16_t c : s) any |= c;
+  if (any < 0x80) {  // ASCII: one byte each
+    const size_t at = out.size();
+    out.resize(at + n);
+    for (size_t i = 0; i < n; ++i) out[at + i] = static_cast<char>(s[i]);
+    return;
+  }
+  out.reserve(out.size() + n);
   for (size_t i = 0; i < n; ++i) {
     uint32_t c = s[i];
     if (c >= 0xD800 && c <= 0xDBFF && i + 1 < n && s[i + 1] >= 0xDC00 && s[i + 1] <= 0xDFFF) {

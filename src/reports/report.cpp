@@ -54,46 +54,93 @@ int Digits(long long v) {
   return d;
 }
 
+// The texts of the numbers 0 to 99 in two digits, and of the bytes in two
+// hex digits.
+struct DigitPairs {
+  char dec[100][2];
+  char hex[256][2];
+  constexpr DigitPairs() : dec{}, hex{} {
+    for (int n = 0; n < 100; ++n) dec[n][0] = static_cast<char>('0' + n / 10), dec[n][1] = static_cast<char>('0' + n % 10);
+    const char* digits = "0123456789ABCDEF";
+    for (int n = 0; n < 256; ++n) hex[n][0] = digits[n >> 4], hex[n][1] = digits[n & 0xF];
+  }
+};
+constexpr DigitPairs kPairs;
+
 // The decimal text of v, written backwards from `end`; returns its start.
 char* DecimalBefore(char* end, uint32_t v) {
-  do {
-    *--end = static_cast<char>('0' + v % 10);
-    v /= 10;
-  } while (v != 0);
+  while (v >= 100) {
+    end -= 2;
+    std::memcpy(end, kPairs.dec[v % 100], 2);
+    v /= 100;
+  }
+  if (v >= 10) {
+    end -= 2;
+    std::memcpy(end, kPairs.dec[v], 2);
+  } else {
+    *--end = static_cast<char>('0' + v);
+  }
   return end;
 }
 
 // The decimal text of n, right-aligned in `width` columns (wider text is
-// written as it is).
-void PutDecimal(std::string& out, long long n, size_t width) {
+// written as it is), at p; returns the end.
+char* PutDecimal(char* p, long long n, size_t width) {
   char buf[24];
   char* end = buf + sizeof buf;
   unsigned long long u = n < 0 ? 0ULL - static_cast<unsigned long long>(n) : static_cast<unsigned long long>(n);
-  char* p = end;
+  char* d = end;
   do {
-    *--p = static_cast<char>('0' + u % 10);
+    *--d = static_cast<char>('0' + u % 10);
     u /= 10;
   } while (u != 0);
-  if (n < 0) *--p = '-';
-  PadLeft(out, std::string_view(p, static_cast<size_t>(end - p)), width);
+  if (n < 0) *--d = '-';
+  const size_t len = static_cast<size_t>(end - d);
+  if (len < width) {
+    std::memset(p, ' ', width - len);
+    p += width - len;
+  }
+  std::memcpy(p, d, len);
+  return p + len;
 }
-
-const char kHexDigits[] = "0123456789ABCDEF";
 
 // "#" and four upper-case hex digits of the low 16 bits.
 void PutHex4(char* p, uint32_t v) {
   p[0] = '#';
-  for (int k = 0; k < 4; ++k) p[4 - k] = kHexDigits[(v >> (4 * k)) & 0xF];
+  std::memcpy(p + 1, kPairs.hex[(v >> 8) & 0xFF], 2);
+  std::memcpy(p + 3, kPairs.hex[v & 0xFF], 2);
 }
 
-// The head of a memory row: the address in hex and, five wide, in decimal.
-void PutAddress(std::string& out, int a) {
-  char buf[12];
-  PutHex4(buf, static_cast<uint32_t>(a));
-  buf[5] = ':';
-  std::memset(buf + 6, ' ', 5);
-  DecimalBefore(buf + 11, static_cast<uint32_t>(a));
-  out.append(buf, 11);
+// The head of a memory row, 11 characters at p: the address in hex and,
+// five wide, in decimal.
+char* PutAddress(char* p, int a) {
+  PutHex4(p, static_cast<uint32_t>(a));
+  p[5] = ':';
+  std::memset(p + 6, ' ', 5);
+  DecimalBefore(p + 11, static_cast<uint32_t>(a));
+  return p + 11;
+}
+
+// The head of the next row, `head` being that of this one: one more, in
+// both columns.
+void NextAddress(char (&head)[11]) {
+  int i = 4;
+  for (; i >= 1 && head[i] == 'F'; --i) head[i] = '0';
+  if (i >= 1) head[i] = head[i] == '9' ? 'A' : static_cast<char>(head[i] + 1);
+  i = 10;
+  for (; i >= 6 && head[i] == '9'; --i) head[i] = '0';
+  if (i >= 6) head[i] = head[i] == ' ' ? '1' : static_cast<char>(head[i] + 1);
+}
+
+// `s` at p; returns the end.
+char* Put(char* p, std::string_view s) {
+  std::memcpy(p, s.data(), s.size());
+  return p + s.size();
+}
+
+char* Blanks(char* p, size_t n) {
+  std::memset(p, ' ', n);
+  return p + n;
 }
 
 // The labels standing at the addresses of the table, each converted once:
@@ -133,10 +180,23 @@ struct LabelTable {
   }
 };
 
-// The low 16 bits of a cell as a row of char, hex, unsigned, signed, binary.
-void NumericRow(std::string& out, int32_t v) {
-  // " 'c':#XXXX:uuuuu:ssssss: bbbb bbbb bbbb bbbb:" is 46 characters.
-  char buf[46];
+// The four binary digits of every nibble, each behind a blank.
+struct NibbleTexts {
+  char text[16][5];
+  constexpr NibbleTexts() : text{} {
+    for (int n = 0; n < 16; ++n) {
+      text[n][0] = ' ';
+      for (int bit = 0; bit < 4; ++bit) text[n][1 + bit] = ((n >> (3 - bit)) & 1) ? '1' : '0';
+    }
+  }
+};
+constexpr NibbleTexts kNibbles;
+
+// The low 16 bits of a cell as a row of char, hex, unsigned, signed, binary:
+// " 'c':#XXXX:uuuuu:ssssss: bbbb bbbb bbbb bbbb:", kNumericRow characters at
+// buf; returns the end.
+constexpr size_t kNumericRow = 45;
+char* NumericRow(char* buf, int32_t v) {
   uint16_t u = static_cast<uint16_t>(v & 0xFFFF);
   int16_t s = static_cast<int16_t>(u);
   buf[0] = ' ';
@@ -157,13 +217,14 @@ void NumericRow(std::string& out, int32_t v) {
   char* p = DecimalBefore(buf + 23, static_cast<uint32_t>(s < 0 ? -s : s));
   p[-1] = s < 0 ? '-' : '+';
   buf[23] = ':';
-  char* q = buf + 24;
-  for (int bit = 15; bit >= 0; --bit) {
-    if (bit % 4 == 3) *q++ = ' ';
-    *q++ = ((u >> bit) & 1) ? '1' : '0';
-  }
-  *q++ = ':';
-  out.append(buf, static_cast<size_t>(q - buf));
+  for (int n = 0; n < 4; ++n) std::memcpy(buf + 24 + 5 * n, kNibbles.text[(u >> (12 - 4 * n)) & 0xF], 5);
+  buf[44] = ':';
+  return buf + kNumericRow;
+}
+
+void NumericRow(std::string& out, int32_t v) {
+  char buf[kNumericRow];
+  out.append(buf, static_cast<size_t>(NumericRow(buf, v) - buf));
 }
 
 std::string FormatStamp(int lang, std::time_t t) {
@@ -425,56 +486,70 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
   int lastShown = -1;
   size_t nextLabel = 0;
   LineText lt;
-  for (int a = 0; a < rows; ++a) {
-    PutAddress(out, a);
-    out += ':';
+  char head[11];
+  PutAddress(head, 0);
+  for (int a = 0; a < rows; ++a, NextAddress(head)) {
     while (nextLabel < labels.entries.size() && labels.entries[nextLabel].adr < a) ++nextLabel;
-    if (nextLabel < labels.entries.size() && labels.entries[nextLabel].adr == a) {
-      const LabelTable::Entry& e = labels.entries[nextLabel];
-      PadLeft(out, std::string_view(labels.pool).substr(e.from, e.bytes), W + 1, e.width);
-    } else {
-      out.append(W + 1, ' ');
-    }
-    out += ':';
-    NumericRow(out, mc.Memory[a]);
-    if (countColumn) {
-      PutDecimal(out, mc.execCount[a], countWidth);
-      out += ':';
-    }
+    const LabelTable::Entry* lab = nullptr;
+    if (nextLabel < labels.entries.size() && labels.entries[nextLabel].adr == a) lab = &labels.entries[nextLabel];
     int L = a < kNoLineFrom ? mc.lineOfAdr[a] : -1;
-    if (L >= 0 && L < nLines && L != lastShown && !b->vecSrcW[L].opStr.empty()) {
+    const bool text = L >= 0 && L < nLines && L != lastShown && !b->vecSrcW[L].opStr.empty();
+    if (text && lt.line != L) {
+      // The operand as written, without its comment.
       const SrcLineW& S = b->vecSrcW[L];
-      if (lt.line != L) {
-        // The operand as written, without its comment.
-        lt.line = L;
-        lt.text.clear();
-        AppendUtf8(lt.text, S.opStr);
-        lt.text += ' ';
-        AppendUtf8(lt.text, S.oprndComStr);
-        lt.label.clear();
-        AppendUtf8(lt.label, S.labelStr);
-        lt.labelWidth = S.labelStr.size();
-      }
+      lt.line = L;
+      lt.text.clear();
+      AppendUtf8(lt.text, S.opStr);
+      lt.text += ' ';
+      AppendUtf8(lt.text, S.oprndComStr);
+      lt.label.clear();
+      AppendUtf8(lt.label, S.labelStr);
+      lt.labelWidth = S.labelStr.size();
+    }
+    // The most the row can take.
+    const size_t room = 11 + 1 + W + 1 + (lab ? lab->bytes : 0) + 1 + kNumericRow + countWidth + 24 +
+                        (text ? lt.text.size() + lt.label.size() + 16 : 0) + 1 + kShortRule.size() + 1;
+    const size_t at = out.size();
+    out.resize(at + room);
+    char* const start = &out[at];
+    char* p = Put(start, std::string_view(head, sizeof head));
+    *p++ = ':';
+    if (lab) {
+      if (lab->width < W + 1) p = Blanks(p, W + 1 - lab->width);
+      p = Put(p, std::string_view(labels.pool).substr(lab->from, lab->bytes));
+    } else {
+      p = Blanks(p, W + 1);
+    }
+    *p++ = ':';
+    p = NumericRow(p, mc.Memory[a]);
+    if (countColumn) {
+      p = PutDecimal(p, mc.execCount[a], countWidth);
+      *p++ = ':';
+    }
+    if (text) {
+      const SrcLineW& S = b->vecSrcW[L];
       if (S.vecLiteConst.empty() || a <= S.abAdr) {
-        PadRight(out, lt.label, 2, lt.labelWidth);
-        out += ' ';
-        out += lt.text;
+        p = Put(p, lt.label);
+        if (lt.labelWidth < 2) p = Blanks(p, 2 - lt.labelWidth);
+        *p++ = ' ';
+        p = Put(p, lt.text);
       } else {
-        out += "Literal:(";
+        p = Put(p, "Literal:(");
         if (!S.labelStr.empty()) {
-          out += lt.label;
-          out += ' ';
+          p = Put(p, lt.label);
+          *p++ = ' ';
         }
-        out += lt.text;
-        out += ')';
+        p = Put(p, lt.text);
+        *p++ = ')';
       }
       lastShown = L;
     }
-    out += '\n';
+    *p++ = '\n';
     if (a == maxMemory - 1 && a == lastPrgLastAdr) {
-      out += kShortRule;
-      out += '\n';
+      p = Put(p, kShortRule);
+      *p++ = '\n';
     }
+    out.resize(at + static_cast<size_t>(p - start));
     if (!written(false)) return failed();
   }
 
@@ -491,7 +566,9 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
     ++scanned;
   }
   for (int adr = 65535 - scanned; adr <= 65535; ++adr) {
-    PutAddress(out, adr);
+    char head[11];
+    PutAddress(head, adr);
+    out.append(head, sizeof head);
     out += ':';
     out.append(W + 1, ' ');
     out += ':';
