@@ -16,13 +16,6 @@ std::string_view ZeroEnded(std::string_view s) {
   return z == std::string_view::npos ? s : s.substr(0, z);
 }
 
-// True when every byte is below 0x80.
-bool IsAscii(std::string_view s) {
-  unsigned char any = 0;
-  for (unsigned char c : s) any |= c;
-  return any < 0x80;
-}
-
 int g_openErrno = 0;
 
 // One converter for the life of the process (one thread).
@@ -58,11 +51,15 @@ wstr AnsiToWStr(std::string_view line0) {
   }
   // Code page 932 maps every byte from 0x01 to 0x7F to the same code point,
   // so a line of such bytes alone is widened as it stands.
-  if (IsAscii(line)) {
-    out.resize(line.size());
-    for (size_t k = 0; k < line.size(); ++k) out[k] = static_cast<unsigned char>(line[k]);
-    return out;
+  out.resize(line.size());
+  unsigned char any = 0;
+  for (size_t k = 0; k < line.size(); ++k) {
+    const unsigned char c = static_cast<unsigned char>(line[k]);
+    any |= c;
+    out[k] = c;
   }
+  if (any < 0x80) return out;
+  out.clear();
   iconv(cd, nullptr, nullptr, nullptr, nullptr);
   std::string buf(line.size() * 4 + 16, '\0');
   char* in = const_cast<char*>(line.data());
