@@ -290,7 +290,14 @@ int edit50NW(int prg) {
       u"Remove off the space at the left side of the figure.",
       "3C50E0D1"};
   return BlankAfterSign(
-      prg, [](const wstr& w) { return w.find_first_of(u"+-#"); }, [](wstr&, size_t) {}, kText);
+      prg,
+      [](const wstr& w) {
+        for (size_t k = 0; k < w.size(); ++k) {
+          if (w[k] == u'+' || w[k] == u'-' || w[k] == u'#') return k;
+        }
+        return kNone;
+      },
+      [](wstr&, size_t) {}, kText);
 }
 
 int DivideCommentNW(int prg) {

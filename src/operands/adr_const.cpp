@@ -467,8 +467,15 @@ void PlaceCodes(SrcLineW& ln, int line, int& rl, int& ab, std::initializer_list<
   ln.rlAdr = rl;
   ln.abAdr = ab;
   ln.vecWord.clear();
-  ln.vecWord.reserve(codes.size());
-  for (int32_t code : codes) ln.vecWord.push_back(MakeWord(code, rl++, ab++, line));
+  ln.vecWord.resize(codes.size());
+  WordRecT<wstr>* w = ln.vecWord.data();
+  for (int32_t code : codes) {
+    w->wordCode = code;
+    w->rlAdr = rl++;
+    w->abAdr = ab++;
+    w->line = line;
+    ++w;
+  }
 }
 
 }  // namespace

@@ -156,6 +156,8 @@ bool NoLiteralOp(const wstr& text) {
 void DropBlanksAtCommas(wstr& s) {
   size_t eq = s.find(u'=');
   if (eq == wstr::npos) return;
+  // Without a blank in front of the "=" nothing is dropped.
+  if (wview(s).substr(0, eq).find(u' ') == wview::npos) return;
   wstr head = s.substr(0, eq);
   wstr out;
   out.reserve(head.size());

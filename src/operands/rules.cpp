@@ -68,10 +68,20 @@ const std::array<FamilyRow, 16> kFamily{{
      u"shift-right logical conversion. "},
 }};
 
+// The row of each opcode in kFamily, or -1.
+constexpr std::array<int8_t, instr_codes::kOps> MakeRowOf() {
+  std::array<int8_t, instr_codes::kOps> t{};
+  t.fill(-1);
+  const Op ops[] = {Op::LD,  Op::ST,  Op::LAD, Op::ADDA, Op::ADDL, Op::SUBA, Op::SUBL, Op::AND,
+                    Op::OR,  Op::XOR, Op::CPA, Op::CPL,  Op::SLA,  Op::SRA,  Op::SLL,  Op::SRL};
+  for (int k = 0; k < 16; ++k) t[static_cast<int>(ops[k])] = static_cast<int8_t>(k);
+  return t;
+}
+constexpr auto kRowOf = MakeRowOf();
+
 const FamilyRow& Row(wview m) {
-  for (const FamilyRow& r : kFamily)
-    if (r.m == m) return r;
-  return kFamily[0];
+  const int k = kRowOf[static_cast<int>(OpOf(m))];
+  return kFamily[k < 0 ? 0 : static_cast<size_t>(k)];
 }
 
 // The high byte of an instruction form, from the shared instruction table.
