@@ -119,7 +119,8 @@ int PrgOfLineNW(int line) {
 
 void PrepareLookupNW(int prg) {
   gCurPrg = prg;
-  if (prg == 0 || !PrgMapFresh()) BuildPrgMap();
+  // Both are built afresh: their views must be of the texts that stand now.
+  BuildPrgMap();
   BuildLabelMap(prg);
 }
 

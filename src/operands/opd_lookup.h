@@ -1,5 +1,6 @@
 // The name lookups of the address pass: program names of the file and labels
-// of one program, through hash maps built once per file and per program.
+// of one program, through indexes built at the head of the pass of each
+// program.
 // They give the answers of a linear search in line order: the first match,
 // by exact comparison.
 #pragma once
@@ -12,6 +13,6 @@ int FindPrgNameNW(wview name);
 int FindLabelNW(int prg, wview name);
 // The program whose line range holds `line`, or -1.
 int PrgOfLineNW(int line);
-// Makes `prg` the program of the lookups and builds its label map (and the
-// map of program names when the programs of the file changed or prg is 0).
+// Makes `prg` the program of the lookups and builds its label map and the
+// map of program names.
 void PrepareLookupNW(int prg);
