@@ -1,11 +1,13 @@
 #include "records/console.h"
 
+#include <editline/readline.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 
 namespace con {
 
@@ -147,6 +149,24 @@ void PrintErr(std::string_view utf8) {
 }
 
 void SetFrontCapture(std::string* sink) { g_frontCapture = sink; }
+
+std::optional<std::string> ReadCommand(const char* prompt) {
+  Flush();
+  if (g_in.Terminal() && !g_in.fromString) {
+    char* line = ::readline(prompt);
+    if (line == nullptr) return std::nullopt;
+    std::string s(line);
+    std::free(line);
+    if (!s.empty()) ::add_history(s.c_str());
+    return s;
+  }
+  bool got = false, cut = false;
+  std::string s = g_in.Line(1u << 16, got, cut);
+  if (!got) return std::nullopt;
+  // The rest of an over-long command is dropped.
+  while (cut) g_in.Line(1u << 16, got, cut);
+  return s;
+}
 
 Stream& Stream::operator<<(std::string_view s) {
   g_outBuf.append(s);

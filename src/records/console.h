@@ -77,6 +77,11 @@ std::string ReadWord(size_t maxBytes);
 // was longer than maxBytes; its rest stays until Rewind.
 std::optional<std::string> ReadLineForIn(size_t maxBytes, bool& cut);
 
+// A command line of an interactive front end: on a terminal read with line
+// editing and a history (the prompt shown), otherwise the next line of the
+// buffered reader. nullopt at the end of input, on a pipe as on a terminal.
+std::optional<std::string> ReadCommand(const char* prompt);
+
 // "Rewind of standard input": on a terminal, discards typed-ahead input; on a
 // pipe, discards the rest of a line that IN cut. Clears the end of file.
 void Rewind();

@@ -407,7 +407,8 @@ struct LineText {
 // the next is built.
 constexpr size_t kChunk = 1 << 16;
 
-int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
+// Writes the report that names itself `reportName` into the file `path`.
+int WriteRegMry(Tcomet2& mc, const std::string& path, const std::string& reportName, bool countColumn) {
   const int maxMemory = b->MaxMemory < 0 ? 0 : b->MaxMemory;
   const int rows = maxMemory + 10 > kMemoryCells ? kMemoryCells : maxMemory + 10;
 
@@ -418,7 +419,7 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
     if (e.adr < maxMemory && e.width > W) W = e.width;
   }
 
-  AtomicFile file(reportName);
+  AtomicFile file(path);
   std::string out;
   out.reserve(kChunk + 4096);
   // Writes the text built so far once it has grown to a piece.
@@ -429,7 +430,7 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
     return ok;
   };
   auto failed = [&]() {
-    con::out << Utf8ToU16(reportName) << u" does not open." << con::endl;
+    con::out << Utf8ToU16(path) << u" does not open." << con::endl;
     con::out << "Msg:" << std::strerror(file.err) << con::endl;
     return -1;
   };
@@ -584,6 +585,14 @@ int WriteRegMry(Tcomet2& mc, const std::string& reportName, bool countColumn) {
 
 }  // namespace
 
-int DspRegMry70NW(Tcomet2& mc, const std::string& reportName) { return WriteRegMry(mc, reportName, true); }
+int DspRegMry70NW(Tcomet2& mc, const std::string& reportName) {
+  return WriteRegMry(mc, reportName, reportName, true);
+}
 
-int DspRegMry68NA(Tcomet2& mc, const std::string& reportName) { return WriteRegMry(mc, reportName, false); }
+int DspRegMry68NA(Tcomet2& mc, const std::string& reportName) {
+  return WriteRegMry(mc, reportName, reportName, false);
+}
+
+int WriteRegMryFile(Tcomet2& mc, const std::string& path, const std::string& reportName, bool countColumn) {
+  return WriteRegMry(mc, path, reportName, countColumn);
+}

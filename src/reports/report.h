@@ -15,6 +15,11 @@
 //   (temporary file + rename) from mc, b's lines and programs. Returns 0, or
 //   -1 when the file could not be written (the pipeline goes on).
 
+// The same report written into the file `path`, naming itself `reportName`
+// (as the menu program's file of that name would), with or without the count
+// column. 0, or -1 when the file could not be written.
+int WriteRegMryFile(Tcomet2& mc, const std::string& path, const std::string& reportName, bool countColumn);
+
 // The two report files, for the console note.
 enum class ReportKind { Assembled, Resultant };
 

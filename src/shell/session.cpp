@@ -16,6 +16,7 @@
 #include "records/singletons.h"
 #include "records/stages.h"
 #include "records/text.h"
+#include "reports/report.h"
 #include "shell/shell.h"
 
 namespace session {
@@ -172,6 +173,12 @@ Assembled AssembleFile(const std::string& path, const FightMode& mode, int lang)
   // A file that the reader refused has its reason among the diagnostics.
   a.diagnostics = Diagnostics();
   return a;
+}
+
+bool WriteReport(const FightMode& mode, const std::string& path, bool resultant) {
+  const TDiagBase names;
+  return WriteRegMryFile(*m, path, resultant ? names.ResultantFileName : names.AssembledFileName,
+                         mode.countColumn) == 0;
 }
 
 }  // namespace session

@@ -39,6 +39,11 @@ void FreshStart(const FightMode& mode, int lang);
 // ready for a run.
 Assembled AssembleFile(const std::string& path, const FightMode& mode, int lang);
 
+// Writes the report of the machine m into `path`, byte for byte what the
+// menu program writes into its assembled (or resultant) report in `mode`.
+// False when the file could not be written.
+bool WriteReport(const FightMode& mode, const std::string& path, bool resultant);
+
 // The name of a kind: "error", "warning", "note", "memo".
 const char* KindName(int kind);
 
