@@ -128,8 +128,9 @@ int dc45NWCS(TCorrectScode& c, int line) {
   SrcLineW* lp = CheckedLine(line);
   if (!lp) return -1;
   SrcLineW& ln = *lp;
-  const wstr s = ln.oprndComChH;
-  wstr q = QuoteW(s);
+  const wstr& s = ln.oprndComChH;
+  // The quoted text, made only for a message.
+  auto q = [&s] { return QuoteW(s); };
   // The last character that is not a blank, to tell a comma at the very end.
   size_t last = s.size();
   while (last > 0 && IsBlank(s[last - 1])) --last;
@@ -149,20 +150,20 @@ int dc45NWCS(TCorrectScode& c, int line) {
       while (j < s.size() && IsBlank(s[j])) ++j;
       if (j < s.size() && s[j] == u',') {
         if (c.IsJ()) {
-          Say(c, kError, line, {u"コンマの連続 "}, "DC30036E", q);
+          Say(c, kError, line, {u"コンマの連続 "}, "DC30036E", q());
         } else {
-          Say(c, kError, line, {u"Duplication of comma. "}, "DC30036E", q);
+          Say(c, kError, line, {u"Duplication of comma. "}, "DC30036E", q());
         }
         return -1;
       }
       if (k + 1 == last) {
         if (c.IsJ()) {
-          Say(c, kNote, line, {q + u" コンマの右に 定数 がないのだからコンマは不要です。 "}, "DC31036N", q);
+          Say(c, kNote, line, {q() + u" コンマの右に 定数 がないのだからコンマは不要です。 "}, "DC31036N", q());
         } else {
           Say(c, kNote, line,
-              {q + u" The comma is of no use at the end of the constant. "
+              {q() + u" The comma is of no use at the end of the constant. "
                    u"Because there is not any more constant description at the right side of the comma. "},
-              "DC31036N", q);
+              "DC31036N", q());
         }
       }
       prevNonBlank = u',';
@@ -172,22 +173,22 @@ int dc45NWCS(TCorrectScode& c, int line) {
     if (ch == u'#' && IsBlank(At(s, k + 1))) {
       if (c.IsJ()) {
         Say(c, kError, line,
-            {u"１６進数を表す記号 # の直後に空白がある。# と１６進数数字の間にある空白を取り除くこと。"}, "DC32036E", q);
+            {u"１６進数を表す記号 # の直後に空白がある。# と１６進数数字の間にある空白を取り除くこと。"}, "DC32036E", q());
       } else {
         Say(c, kError, line,
             {u"Hex constants must have at least one hex digit. "
              u"There is a space just after #. The # is a prefix of hexadecimal number. "
              u"Remove off the space at the right side of the #. "},
-            "DC32036E", q);
+            "DC32036E", q());
       }
       return -1;
     }
     if ((ch == u'+' || ch == u'-') && IsBlank(At(s, k + 1))) {
       if (c.IsJ()) {
-        Say(c, kError, line, {u"正負符号の直後に空白がある。空白を取り除くこと。"}, "DC33036E", q);
+        Say(c, kError, line, {u"正負符号の直後に空白がある。空白を取り除くこと。"}, "DC33036E", q());
       } else {
         Say(c, kError, line, {u"There is a space after a sign mark(+, -). Remove off the space123. "}, "DC33036E",
-            q);
+            q());
       }
       return -1;
     }
@@ -210,7 +211,7 @@ int dc45NWCS(TCorrectScode& c, int line) {
               {word + u" が定数ならば、定数の前にコンマが必要です。 定数でないならばセミコロン；を記述して"
                       u"明示的に注釈にすること。（推奨） 定数 DC 命令の複数のオペランドはコンマで区切る。"
                       u"　例： LABEL DC 22, 55, 'abc', 88 ; コメント"},
-              "DC34036E", q);
+              "DC34036E", q());
         } else {
           Say(c, kError, line,
               {word + u" : Is this a constant or a comment?  You should clarify your intention. ",
@@ -219,7 +220,7 @@ int dc45NWCS(TCorrectScode& c, int line) {
                    u"If this is a comment, a semicolon is needed there. "
                    u"Multiple operands of DC insturction are separated by a comma.  "
                    u"Example:  LABEL DC 22, 55, 'abc', 88 ; Comments "},
-              "DC34036E", q);
+              "DC34036E", q());
         }
         return -1;
       }
