@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "comet2/control.h"
 #include "comet2/run.h"
 #include "records/console.h"
 #include "records/records.h"
@@ -38,7 +39,44 @@ int32_t LengthCell(const Tcomet2& mc) {
   return InMemory(g) ? g : (g & 0xFFFF);
 }
 
+MachineIO* g_io = nullptr;
+
+std::optional<std::string> ReadTypedLine(Tcomet2& mc);
+void StoreTyped(Tcomet2& mc, const std::optional<std::string>& typed);
+wstr OutText(const Tcomet2& mc);
+
 void InputService(Tcomet2& mc) {
+  std::optional<std::string> typed;
+  if (g_io != nullptr) {
+    // A front end's lines: no prompt, and a line cut as a typed one is.
+    typed = g_io->readLine ? g_io->readLine() : std::nullopt;
+    if (typed && typed->size() > kInMaxBytes) typed->resize(kInMaxBytes);
+  } else {
+    typed = ReadTypedLine(mc);
+  }
+  StoreTyped(mc, typed);
+}
+
+void OutputService(Tcomet2& mc) {
+  if (g_io != nullptr) {
+    if (g_io->writeOut) g_io->writeOut(OutText(mc));
+    return;
+  }
+  con::out << con::endl;
+  con::out << (IsJ(mc) ? "OS: マクロ命令( OUT )による出力 " : "OS: Output by a Macro Instruction of OUT. ")
+           << con::endl;
+  con::out << OutText(mc);  // surrogate pairs join, a lone surrogate prints as U+FFFD
+  con::out << con::endl;
+}
+
+}  // namespace
+
+void SetMachineIO(MachineIO* io) { g_io = io; }
+MachineIO* CurrentMachineIO() { return g_io; }
+
+namespace {
+
+std::optional<std::string> ReadTypedLine(Tcomet2& mc) {
   con::out << con::endl;
   if (IsJ(mc)) {
     con::out << "OS: 文字を入力してください。 " << con::endl
@@ -52,9 +90,12 @@ void InputService(Tcomet2& mc) {
   }
   con::Rewind();
   bool cut = false;
-  const std::optional<std::string> typed = con::ReadLineForIn(kInMaxBytes, cut);
+  std::optional<std::string> typed = con::ReadLineForIn(kInMaxBytes, cut);
   con::Rewind();
+  return typed;
+}
 
+void StoreTyped(Tcomet2& mc, const std::optional<std::string>& typed) {
   // The typed bytes are converted as a NUL-terminated text: a NUL byte typed
   // into the line ends it there.
   const wstr units = typed ? Utf8ToU16(std::string_view(*typed).substr(0, typed->find('\0'))) : wstr();
@@ -66,21 +107,18 @@ void InputService(Tcomet2& mc) {
   for (int i = 0; i < count && buf + i < kMemoryCells; ++i) mc.Memory[buf + i] = units[i];
 }
 
-void OutputService(Tcomet2& mc) {
-  con::out << con::endl;
-  con::out << (IsJ(mc) ? "OS: マクロ命令( OUT )による出力 " : "OS: Output by a Macro Instruction of OUT. ")
-           << con::endl;
+// The characters OUT writes: n cells from GR1, n the whole length cell.
+wstr OutText(const Tcomet2& mc) {
+  wstr units;
   const int32_t n = mc.Memory[LengthCell(mc)];
   if (n > 0) {
     // A length beyond the storage of Memory writes what the storage holds.
     const int32_t buf = mc.GR[1] & 0xFFFF;
     const int64_t end = std::min<int64_t>(static_cast<int64_t>(buf) + n, kMemoryCells);
-    wstr units;
     units.reserve(static_cast<size_t>(end - buf));
     for (int64_t a = buf; a < end; ++a) units.push_back(static_cast<char16_t>(mc.Memory[a] & 0xFFFF));
-    con::out << units;  // surrogate pairs join, a lone surrogate prints as U+FFFD
   }
-  con::out << con::endl;
+  return units;
 }
 
 }  // namespace

@@ -13,11 +13,14 @@
 // constants; whatever else differs between the variants is read once per run
 // or only by the stop texts, from kVariants below.
 #include <algorithm>
+#include <csignal>
+#include <functional>
 #include <cmath>
 #include <iterator>
 #include <string>
 
 #include "codegen/instr_table.h"
+#include "comet2/control.h"
 #include "comet2/run.h"
 #include "records/console.h"
 #include "records/records.h"
@@ -76,6 +79,22 @@ enum class Stop : uint8_t {
   RetError,      // ret581 found SP at #10000 or above
   StackStorage,  // POP, CALL or RET reached beyond the stack's storage
   StoreStorage,  // ST without an index named a cell beyond Memory's storage
+  Paused,        // a controlled run: its budget or its look stopped it between two instructions
+  Interrupted,   // a controlled run: an interrupt was asked for
+};
+
+// An interrupt asked for by a signal handler, seen by a controlled run.
+volatile std::sig_atomic_t g_interrupt = 0;
+
+// What drives a controlled run (the loop's instantiation with kControlled):
+// a budget of instructions, a look before each one, and the state a run
+// keeps between its pieces.
+struct LoopControl {
+  uint64_t budget = 0;  // instructions this piece may begin, 0: no limit
+  uint64_t steps = 0;   // instructions begun in this piece
+  const std::function<bool(const Tcomet2&)>* before = nullptr;
+  bool resume = false;  // go on from the machine's state, not from PR 0
+  int64_t guardFrom = 0;
 };
 
 bool IsJ(const Tcomet2& mc) { return mc.dispLang == 0; }
@@ -478,8 +497,8 @@ struct DecodedTable {
 // for PR and, at the handler's end, the move of PR. Every other check stands
 // in the decoded entry. A run that steps or traces would be an instantiation
 // of its own with its check in NEXT(), leaving this one as it is.
-template <int32_t kCeiling, int32_t kStoreStop, int (*kStoreGuard)(Tcomet2&, int32_t)>
-__attribute__((noinline)) LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory) {
+template <int32_t kCeiling, int32_t kStoreStop, int (*kStoreGuard)(Tcomet2&, int32_t), bool kControlled = false>
+__attribute__((noinline)) LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory, LoopControl* ctl = nullptr) {
   static_assert(kCeiling + 2 < DecodedTable::kSlots, "PR moves on by two words at most before it is checked");
   static void* const kHandler[] = {
 #define DRILL_LABEL(n) &&h_##n,
@@ -530,6 +549,12 @@ __attribute__((noinline)) LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory) 
   // An indexed ST at or above this asks the guard: the reserved size until
   // the guard has warned once in the run, then kStoreStop alone.
   int64_t guardFrom = std::min<int64_t>(kStoreStop, maxMemory);
+  if constexpr (kControlled) {
+    if (ctl->resume) {
+      pr = static_cast<uint64_t>(static_cast<uint32_t>(mc.PR));
+      guardFrom = ctl->guardFrom;
+    }
+  }
   int32_t stopAdr = 0;  // the address that a stop of the simulator's own names
   Stop stop = Stop::Quiet;
 
@@ -562,8 +587,26 @@ __attribute__((noinline)) LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory) 
 #define NEXT()            \
   do {                    \
     asm("" : "+r"(pr));   \
+    CONTROL();            \
     COUNT(pr) += 1u;      \
     goto* HANDLER(pr);    \
+  } while (0)
+// A controlled run looks before each instruction (PR within the ceiling): its
+// interrupt, its budget and its look may pause it there. Nothing in the loop
+// of an uncontrolled run.
+#define CONTROL()                                                          \
+  do {                                                                     \
+    if constexpr (kControlled) {                                           \
+      if (pr <= static_cast<uint64_t>(kCeiling)) {                         \
+        if (g_interrupt != 0) goto interrupted;                            \
+        if (ctl->budget != 0 && ctl->steps >= ctl->budget) goto paused;    \
+        if (ctl->before != nullptr) {                                      \
+          Save();                                                          \
+          if (!(*ctl->before)(mc)) goto paused;                            \
+        }                                                                  \
+        ++ctl->steps;                                                      \
+      }                                                                    \
+    }                                                                      \
   } while (0)
 // The effective address: u16(A) + u16(GR[x]) with the carry dropped.
 #define EFF_ADR() ((ADR_ + static_cast<uint32_t>(gr[X_])) & 0xFFFFu)
@@ -933,7 +976,16 @@ stack_storage:
   stop = Stop::StackStorage;
   goto done;
 
+paused: __attribute__((unused));
+  stop = Stop::Paused;
+  goto done;
+interrupted: __attribute__((unused));
+  g_interrupt = 0;
+  stop = Stop::Interrupted;
+  goto done;
+
 #undef NEXT
+#undef CONTROL
 #undef HANDLER
 #undef COUNT
 #undef R_
@@ -946,6 +998,7 @@ stack_storage:
 #undef JUMP
 done:
   Save();
+  if constexpr (kControlled) ctl->guardFrom = guardFrom;
   return {stop, w, stopAdr};
 }
 
@@ -1006,10 +1059,121 @@ int RunComet2(Tcomet2& mc, RunVariant variant) {
     case Stop::Store:
     case Stop::Ret:
     case Stop::Exit:
+    case Stop::Paused:       // only a controlled run pauses
+    case Stop::Interrupted:
       break;
   }
   EndNormally(mc);
   return 0;
+}
+
+// ---- a run driven from outside ---------------------------------------------
+
+namespace {
+
+// The sentences of a stop of the machine, without the ending and the time
+// line of the menu program's run.
+void SayStopText(const Tcomet2& mc, const LoopEnd& e, const VariantFigures& fig) {
+  switch (e.stop) {
+    case Stop::Unknown: SayUnknownCode(mc, static_cast<int32_t>(e.w)); break;
+    case Stop::Load: SayLoadStop(mc); break;
+    case Stop::PrStop: SayPrStop(mc, fig); break;
+    case Stop::Register: SayRegisterStop(mc, static_cast<int32_t>(e.w)); break;
+    case Stop::Nop: SayNopStop(mc, static_cast<int32_t>(e.w)); break;
+    case Stop::RetError: SayRetError(mc); break;
+    case Stop::StackStorage: SayStackStorageStop(mc, e.stopAdr); break;
+    case Stop::StoreStorage: SayStoreStorageStop(mc, e.stopAdr); break;
+    default: break;
+  }
+}
+
+RunEnd EndOf(Stop s) {
+  switch (s) {
+    case Stop::Quiet: case Stop::Ret: return RunEnd::End;
+    case Stop::PrStop: return RunEnd::PrLimit;
+    case Stop::Register: return RunEnd::Register;
+    case Stop::Nop: return RunEnd::Nop;
+    case Stop::Unknown: return RunEnd::UnknownCode;
+    case Stop::Load: return RunEnd::LoadLimit;
+    case Stop::Store: return RunEnd::StoreGuard;
+    case Stop::Exit: return RunEnd::Exit;
+    case Stop::RetError: return RunEnd::RetError;
+    case Stop::StackStorage: return RunEnd::Stack;
+    case Stop::StoreStorage: return RunEnd::StoreStorage;
+    case Stop::Interrupted: return RunEnd::Interrupted;
+    case Stop::Paused: break;
+  }
+  return RunEnd::Running;
+}
+
+}  // namespace
+
+const char* RunEndName(RunEnd e) {
+  switch (e) {
+    case RunEnd::Running: return "running";
+    case RunEnd::End: return "end";
+    case RunEnd::PrLimit: return "pr-limit";
+    case RunEnd::Register: return "register";
+    case RunEnd::Nop: return "nop";
+    case RunEnd::UnknownCode: return "unknown-code";
+    case RunEnd::LoadLimit: return "load-limit";
+    case RunEnd::StoreGuard: return "store-guard";
+    case RunEnd::Exit: return "exit";
+    case RunEnd::RetError: return "ret-error";
+    case RunEnd::Stack: return "stack";
+    case RunEnd::StoreStorage: return "store-storage";
+    case RunEnd::StepLimit: return "step-limit";
+    case RunEnd::Interrupted: return "interrupted";
+  }
+  return "running";
+}
+
+struct ControlledRun::State {
+  LoopControl ctl;
+  bool started = false;
+};
+
+ControlledRun::ControlledRun(Tcomet2& mc, RunVariant variant) : mc_(mc), variant_(variant), state_(new State) {
+  const VariantFigures& fig = kVariants[Ix(variant)];
+  mc.effAdr = 0;
+  mc.PR = 0;
+  if (fig.clearsCounts) std::fill_n(mc.execCount.data(), kExecCountCleared, 0);
+  mc.maxExecCount = 0;
+  g_interrupt = 0;
+}
+
+ControlledRun::~ControlledRun() { delete state_; }
+
+void ControlledRun::RequestInterrupt() { g_interrupt = 1; }
+
+RunEnd ControlledRun::Go(uint64_t steps, const std::function<bool(const Tcomet2&)>& before) {
+  if (end_ != RunEnd::Running) return end_;
+  const VariantFigures& fig = kVariants[Ix(variant_)];
+  constexpr VariantFigures kWide = kVariants[Ix(RunVariant::Wide)];
+  constexpr VariantFigures kFixed = kVariants[Ix(RunVariant::Fixed)];
+  LoopControl& ctl = state_->ctl;
+  ctl.budget = steps;
+  ctl.steps = 0;
+  ctl.before = before ? &before : nullptr;
+  ctl.resume = state_->started;
+  state_->started = true;
+  const int32_t maxMemory = fig.reserveOfMachine ? mc_.tMaxMemory : b->MaxMemory;
+  // What the machine says while it runs (its notes and warnings) goes where
+  // the console goes; the sentences of its stop are kept.
+  const LoopEnd e = variant_ == RunVariant::Fixed
+                        ? RunLoop<kFixed.ceiling, kFixed.storeStop, kFixed.storeGuard, true>(mc_, maxMemory, &ctl)
+                        : RunLoop<kWide.ceiling, kWide.storeStop, kWide.storeGuard, true>(mc_, maxMemory, &ctl);
+  steps_ += ctl.steps;
+  end_ = EndOf(e.stop);
+  if (end_ != RunEnd::Running && end_ != RunEnd::End && end_ != RunEnd::Interrupted) {
+    std::string text;
+    const con::Target was = con::CurrentTarget();
+    con::SetCapture(&text);
+    SayStopText(mc_, e, fig);
+    con::SetTarget(was);
+    message_ = text;
+  }
+  return end_;
 }
 
 int Run3NW(Tcomet2& mc) { return RunComet2(mc, RunVariant::Wide); }

@@ -132,6 +132,14 @@ void SetDiscard() {
   g_discard = true;
 }
 
+Target CurrentTarget() { return Target{g_capture, g_discard}; }
+
+void SetTarget(const Target& t) {
+  Flush();
+  g_capture = t.capture;
+  g_discard = t.discard;
+}
+
 void Print(std::string_view utf8) {
   if (g_frontCapture) {
     g_frontCapture->append(utf8);

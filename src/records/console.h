@@ -51,6 +51,13 @@ void Flush();
 void SetCapture(std::string* sink);
 // Sends all output nowhere, until the next SetCapture.
 void SetDiscard();
+// Where the output goes, to be put back after a redirection.
+struct Target {
+  std::string* capture = nullptr;
+  bool discard = false;
+};
+Target CurrentTarget();
+void SetTarget(const Target& t);
 
 // The own lines of a front end other than the menu program (UTF-8), written
 // at once to standard output or standard error, whatever happens to the
