@@ -4,11 +4,15 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <nlohmann/json.hpp>
 
+#include "comet2/comet2.h"
+#include "comet2/control.h"
 #include "records/mode.h"
 #include "shell/session.h"
 
@@ -48,6 +52,26 @@ std::string Document(const Options& o, const nlohmann::ordered_json& files);
 
 // The status a checked file earns.
 int CheckStatus(const session::Assembled& a, bool werror);
+
+// The run of an assembled file (the machine holds its image), shared by run,
+// trace and debug.
+using LineReader = std::function<std::optional<std::string>()>;
+struct RunOutcome {
+  RunEnd end = RunEnd::Running;
+  uint64_t steps = 0;
+  std::string message;  // the machine's own sentences of its stop
+  std::string output;   // what OUT wrote
+};
+// Runs from the start to its end or --max-steps, IN reading the lines that
+// `input()` gives from the first; `before` sees each instruction. Writes the
+// reports of --reports.
+RunOutcome RunAssembled(const Options& o, const std::string& file, const std::function<LineReader()>& input,
+                        const std::function<bool(const Tcomet2&)>& before);
+// DIR/<stem>.<which>.txt
+std::string ReportPath(const std::string& dir, const std::string& file, const char* which);
+// The summary block of a run in text, and its JSON object.
+std::string SummaryText(const std::string& file, const RunOutcome& r);
+nlohmann::ordered_json RunJson(const RunOutcome& r);
 
 int Check(const Options& o);
 int Run(const Options& o);
