@@ -183,3 +183,137 @@ TEST(CliCheck, AThousandFilesInOneCommand) {
 }
 
 }  // namespace
+
+namespace {
+
+const std::string kEcho =
+    "ECHO    START\n        IN      BUF,LEN\n        OUT     BUF,LEN\n        IN      BUF,LEN\n        OUT     BUF,LEN\n"
+    "        RET\nBUF     DS      256\nLEN     DS      1\n        END\n";
+const std::string kLoop = "MAIN    START\nLOOP    JUMP    LOOP\n        RET\n        END\n";
+const std::string kWild = "MAIN    START\n        JUMP    D\n        RET\nD       DC      #FFFF\n        END\n";
+
+TEST(CliRun, OutputInputStepsAndStatuses) {
+  Files files = {{"echo.cas", kEcho}, {"loop.cas", kLoop}, {"wild.cas", kWild}, {"bad.cas", kBad},
+                 {"in.txt", "first line\nzweite Zeile ü\n"}, {"good.cas", kGood}};
+  // IN reads --input from its start in every run; OUT goes to standard output.
+  e2e::RunResult r = Cli({"run", "--lang", "en", "--input", "in.txt", "echo.cas", "echo.cas"}, files);
+  EXPECT_EQ(r.status, 0) << r.out;
+  EXPECT_EQ(count_occurrences(r.out, "first line\nzweite Zeile ü\necho.cas: run: end, "), 2u) << r.out;
+  EXPECT_TRUE(Has(r.out, "echo.cas: run: end, 30 steps\n  PR=#0031(49) GR0=#0000(0)")) << r.out;
+  // Standard input as --input; without --input, IN meets the end of input.
+  EXPECT_TRUE(Has(Cli({"run", "--input", "-", "echo.cas"}, files, "from stdin\n").out, "from stdin\n\necho.cas: run: end"));
+  EXPECT_TRUE(Has(Cli({"run", "echo.cas"}, files).out, "echo.cas: 0 errors, 0 warnings\n\n\necho.cas: run: end"));
+  // The budget, a machine stop with the machine's own sentence, and the order of the statuses.
+  e2e::RunResult loop = Cli({"run", "--lang", "en", "--max-steps", "500", "loop.cas"}, files);
+  EXPECT_EQ(loop.status, 4);
+  EXPECT_TRUE(Has(loop.out, "loop.cas: run: step-limit, 500 steps\n")) << loop.out;
+  e2e::RunResult wild = Cli({"run", "--lang", "en", "wild.cas"}, files);
+  EXPECT_EQ(wild.status, 3);
+  EXPECT_TRUE(Has(wild.out, "wild.cas: run: register, 2 steps\n  Runtime Error: The comet2 is terminated! There is a "
+                            "machine code to specify a non-general register"))
+      << wild.out;
+  EXPECT_EQ(Cli({"run", "--max-steps", "50", "loop.cas", "wild.cas"}, files).status, 3);
+  EXPECT_EQ(Cli({"run", "--max-steps", "50", "loop.cas", "bad.cas", "wild.cas"}, files).status, 1);
+  EXPECT_EQ(Cli({"run", "--input", "nosuch.txt", "good.cas"}, files).status, 2);
+  // JSON: the run object.
+  e2e::RunResult j = Cli({"run", "--format", "json", "--input", "in.txt", "echo.cas", "wild.cas"}, files);
+  nlohmann::json doc = nlohmann::json::parse(j.out);
+  const auto& run = doc["files"][0]["run"];
+  EXPECT_EQ(run["end"], "end");
+  EXPECT_EQ(run["output"], "first line\nzweite Zeile ü\n");
+  EXPECT_EQ(run["steps"], 30);
+  EXPECT_EQ(run["registers"]["PR"], 49);
+  EXPECT_EQ(run["registers"]["SP"], 65535);
+  EXPECT_EQ(run["flags"]["ZF"], 0);
+  EXPECT_EQ(doc["files"][0]["words"], 307);
+  EXPECT_EQ(doc["files"][1]["run"]["end"], "register");
+  EXPECT_FALSE(doc["files"][1]["run"]["message"].get<std::string>().empty());
+}
+
+TEST(CliRun, ReportsAreTheMenuProgramsBytes) {
+  const std::string sample = e2e::read_file(e2e::source_path("examples/src/pn1000.txt"));
+  for (const char* mode : {"NWW", "NA"}) {
+    for (int lang : {1, 0}) {
+      SCOPED_TRACE(std::string(mode) + std::to_string(lang));
+      e2e::RunSpec spec;
+      spec.ini = e2e::Ini(mode, lang);
+      spec.input = "\n1\np.cas\n\n123\n";
+      spec.files = {{"p.cas", sample}};
+      e2e::RunResult menu = e2e::run(spec);
+      e2e::RunResult r = Cli({"run", "--mode", mode, "--lang", lang ? "en" : "ja", "--reports", "out", "p.cas"},
+                             {{"p.cas", sample}, {"out/.keep", ""}});
+      EXPECT_EQ(r.status, 0) << r.out;
+      EXPECT_EQ(r.files["out/p.assembled.txt"], menu.files["aaAssembledRegMry.txt"]);
+      EXPECT_EQ(r.files["out/p.resultant.txt"], menu.files["aaResultantRegMry.txt"]);
+      EXPECT_FALSE(r.files["out/p.resultant.txt"].empty());
+    }
+  }
+}
+
+TEST(CliTrace, EveryInstructionAndWhatItChanged) {
+  const std::string prog =
+      "MAIN    START\n        LD      GR1,ZERO\n        LAD     GR2,2\nLOOP    ADDA    GR1,GR2\n"
+      "        ST      GR1,SUM\n        SUBA    GR2,ONE\n        JNZ     LOOP\n        RET\nZERO    DC      0\n"
+      "ONE     DC      1\nSUM     DS      1\n        END\n";
+  e2e::RunResult r = Cli({"trace", "--lang", "en", "t.cas"}, {{"t.cas", prog}});
+  EXPECT_EQ(r.status, 0) << r.out;
+  EXPECT_EQ(r.out,
+            "     1  #0000  L1    MAIN     START\n"
+            "     2  #0001  L2             LD GR1,ZERO             ZF=1 SF=0 OF=0\n"
+            "     3  #0003  L3             LAD GR2,2               GR2=#0002\n"
+            "     4  #0005  L4    LOOP     ADDA GR1,GR2            GR1=#0002  ZF=0 SF=0 OF=0\n"
+            "     5  #0006  L5             ST GR1,SUM              [#000F]=#0002\n"
+            "     6  #0008  L6             SUBA GR2,ONE            GR2=#0001\n"
+            "     7  #000A  L7             JNZ LOOP\n"
+            "     8  #0005  L4    LOOP     ADDA GR1,GR2            GR1=#0003\n"
+            "     9  #0006  L5             ST GR1,SUM              [#000F]=#0003\n"
+            "    10  #0008  L6             SUBA GR2,ONE            GR2=#0000  ZF=1 SF=0 OF=0\n"
+            "    11  #000A  L7             JNZ LOOP\n"
+            "    12  #000C  L8             RET\n"
+            "t.cas: run: end, 12 steps\n"
+            "  PR=#000C(12) GR0=#0000(0) GR1=#0003(3) GR2=#0000(0) GR3=#0000(0) GR4=#0000(0) GR5=#0000(0) "
+            "GR6=#0000(0) GR7=#0000(0) SP=#FFFF(-1) OF=0 SF=0 ZF=1\n");
+  // JSON: one object per line; the default budget of trace is 10,000 steps.
+  e2e::RunResult j = Cli({"trace", "--format", "json", "t.cas"}, {{"t.cas", prog}});
+  std::vector<nlohmann::json> lines;
+  for (size_t at = 0, nl; (nl = j.out.find('\n', at)) != npos; at = nl + 1) lines.push_back(nlohmann::json::parse(j.out.substr(at, nl - at)));
+  ASSERT_EQ(lines.size(), 13u);
+  EXPECT_EQ(lines[4]["address"], 6);
+  EXPECT_EQ(lines[4]["line"], 5);
+  EXPECT_EQ(lines[4]["changes"]["memory"]["15"], 2);
+  EXPECT_EQ(lines[12]["end"], "end");
+  e2e::RunResult loop = Cli({"trace", "l.cas"}, {{"l.cas", kLoop}});
+  EXPECT_EQ(loop.status, 4);
+  EXPECT_EQ(count_occurrences(loop.out, "JUMP LOOP"), 9999u);  // and START
+  EXPECT_EQ(Cli({"trace", "bad.cas"}, {{"bad.cas", kBad}}).status, 1);
+}
+
+TEST(CliDebug, AScriptedSession) {
+  const std::string prog =
+      "MAIN    START\n        LAD     GR1,3\n        CALL    SUB\n        ST      GR1,RES\n        RET\n"
+      "SUB     ADDA    GR1,GR1\n        RET\nRES     DS      1\n        END\n";
+  const std::string script =
+      "help\nbreak SUB\nbreak 4\nbreak NOPE\nbreak #12345\nwatch RES\ninfo breakpoints\nrun\nregs\nstack\ndelete 2\n"
+      "finish\ndelete 9\nc\nc\nx RES 2\nx #FFFF 4\nlist\nstep\nstep abc\ndelete\nbreak 3\nrun\nnext\nnext\nbogus\nquit\n";
+  e2e::RunResult r = Cli({"debug", "--lang", "en", "d.cas"}, {{"d.cas", prog}}, script);
+  EXPECT_EQ(r.status, 0) << r.out;
+  for (std::string t :
+       {"Breakpoint 1 at #0008 (line 6)\n", "Breakpoint 2 at #0005 (line 4)\n", "No label NOPE.\n",
+        "Not an address: #12345 (#0000 to #FFFF)\n", "Watchpoint 3 at #000A (line 8): [#000A] = #0000\n",
+        "1  break  #0008 (line 6)  SUB\n", "Breakpoint 1 at #0008 (line 6)\n     3  #0008  L6    SUB      ADDA GR1,GR1",
+        "#FFFE: #0005  return to #0005 (line 4)\n", "Deleted 2.\nReturned.\n     5  #0005  L4             ST GR1,RES\n", "All breakpoints and watchpoints are deleted.\n", "No breakpoint number 9.\n",
+        "Watchpoint 3: [#000A] #0000 -> #0006\n", "The program stopped: end after 7 steps.\n",
+        "#000A: #0006  6  6\n", "#FFFF: #0000  0  0\n(the memory ends at #FFFF)\n", "=> 5\t        RET\n",
+        "The program is not running; use run to start it again.\n", "step: not a count: abc\n",
+        "Breakpoint 4 at #0003 (line 3)\n", "Stepped over the call.\n     5  #0005  L4             ST GR1,RES\n", "Unknown command: bogus. Type help for the commands.\n"}) {
+    EXPECT_TRUE(Has(r.out, t)) << t << "\n---\n" << r.out;
+  }
+  // The end of the commands ends the session; a file with errors ends it at once.
+  EXPECT_EQ(Cli({"debug", "d.cas"}, {{"d.cas", prog}}, "run\n").status, 0);
+  EXPECT_EQ(Cli({"debug", "bad.cas"}, {{"bad.cas", kBad}}, "run\n").status, 1);
+  // IN inside a session reads --input, else the command stream.
+  e2e::RunResult in = Cli({"debug", "e.cas"}, {{"e.cas", kEcho}}, "run\nhello\nthere\nquit\n");
+  EXPECT_TRUE(Has(in.out, "hello\nthere\n")) << in.out;
+}
+
+}  // namespace

@@ -682,6 +682,7 @@ h_decode: {
   w = static_cast<uint32_t>(mc.Memory[pr]);
   if ((w & 0x88u) != 0 && RegisterStops(w)) {
     COUNT(pr) -= 1u;
+    if constexpr (kControlled) --ctl->steps;  // begun, taken back as the count is
     goto register_stop;
   }
   const Decoding d = DecodeWord(w, static_cast<uint32_t>(mc.Memory[pr + 1]), kCeiling);
