@@ -230,6 +230,19 @@ TEST(CliRun, OutputInputStepsAndStatuses) {
   EXPECT_FALSE(doc["files"][1]["run"]["message"].get<std::string>().empty());
 }
 
+TEST(CliRun, CtrlCEndsARunWithoutABudget) {
+  e2e::RunSpec spec;
+  spec.no_ini = true;
+  spec.argv = {"/usr/bin/timeout", "--preserve-status", "-s", "INT", "1", DRILLASM_CLI_EXE, "run", "--max-steps", "0",
+               "--format", "json", "loop.cas"};
+  spec.files = {{"loop.cas", kLoop}};
+  e2e::RunResult r = e2e::run(spec);
+  EXPECT_EQ(r.status, 3) << r.out;
+  nlohmann::json doc = nlohmann::json::parse(r.out);
+  EXPECT_EQ(doc["files"][0]["run"]["end"], "interrupted");
+  EXPECT_GT(doc["files"][0]["run"]["steps"].get<uint64_t>(), 1000u);
+}
+
 TEST(CliRun, ReportsAreTheMenuProgramsBytes) {
   const std::string sample = e2e::read_file(e2e::source_path("examples/src/pn1000.txt"));
   for (const char* mode : {"NWW", "NA"}) {
