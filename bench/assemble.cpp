@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "../tests/fresh_records.h"
+#include "tools/source_text.h"
 
 #include "codegen/codegen.h"
 #include "comet2/comet2.h"
@@ -25,35 +26,8 @@
 namespace {
 
 constexpr int kPrograms = 30;
-constexpr int kGroups = 99;  // ten lines each
 
-std::string GenerateSource() {
-  std::string s;
-  char buf[160];
-  for (int p = 0; p < kPrograms; ++p) {
-    std::snprintf(buf, sizeof buf, "PRG%03d\tSTART\n", p);
-    s += buf;
-    for (int g = 0; g < kGroups; ++g) {
-      std::snprintf(buf, sizeof buf,
-                    "A%03d\tLD\tGR1,B%03d\t; a label further down\n"
-                    "\tADDA\tGR1,=5\n"
-                    "\tST\tGR1,B%03d\n"
-                    "\tLD\tGR2,GR1\n"
-                    "\tCPA\tGR1,GR2\n"
-                    "\tJZE\tC%03d\n"
-                    "\tCALL\tPRG%03d\n"
-                    "C%03d\tSUBA\tGR2,GR1\n"
-                    "\tJUMP\tA%03d\n"
-                    "B%03d\tDC\t0\n",
-                    g, g, g, g, (p + 1) % kPrograms, g, g, g);
-      s += buf;
-    }
-    s += "\tRET\n";
-    for (int c = 0; c < 7; ++c) s += "; a comment line\n";
-    s += "\tEND\n";
-  }
-  return s;
-}
+std::string GenerateSource() { return GeneratedSource(kPrograms, false); }
 
 std::string g_dir;
 std::string g_srcPath;
