@@ -123,6 +123,9 @@ RunResult run(const RunSpec& spec) {
 
     if (!spec.no_ini) write_file(dir / "drillasm.ini", spec.ini);
     for (const auto& [rel, bytes] : spec.files) write_file(dir / rel, bytes);
+    for (const std::string& rel : spec.executables)
+        fs::permissions(dir / rel, fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
+                                       fs::perms::others_read | fs::perms::others_exec);
 
     // Everything the child needs is prepared before fork: after it, only
     // async-signal-safe calls are made.

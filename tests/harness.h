@@ -24,6 +24,7 @@ struct RunSpec {
     bool no_ini = false;
     std::string input;    // bytes fed to standard input, then end of file
     std::map<std::string, std::string> files;  // extra files (relative path -> bytes), subfolders created
+    std::vector<std::string> executables = {};  // of `files`, those made executable (mode 0755)
     // Extra environment. Defaults: EDITOR=cat, SOURCE_DATE_EPOCH=0, LANG=C.UTF-8;
     // VISUAL, LC_ALL, DISPLAY and WAYLAND_DISPLAY unset. Entries here override them.
     std::vector<std::pair<std::string, std::string>> env;

@@ -148,6 +148,7 @@ void SayOpening(const Tcomet2& mc, RunVariant variant) {
   if (IsJ(mc)) {
     con::out << "\n演算実行 開始、しばらくお待ちください。\n"
              << "COMET2 実行中 ";
+    con::Flush();  // seen before the machine starts, the line is not ended
     return;
   }
   int& shown = bootShown[Ix(variant)];

@@ -37,7 +37,9 @@ struct Reader {
   size_t pos = 0;
   bool fromString = false;
   bool fakeTerminal = false;
-  bool cutPending = false;  // IN cut a line; its rest waits for Rewind
+  // The reader stands inside a line whose rest waits for Rewind: a line that
+  // IN cut, or one whose first word a read took.
+  bool cutPending = false;
 
   bool Terminal() const { return fromString ? fakeTerminal : ::isatty(0) == 1; }
 
@@ -199,6 +201,7 @@ std::string ReadLine(size_t maxBytes) {
   bool got = false, cut = false;
   std::string s = g_in.Line(maxBytes, got, cut);
   if (!got) return AtEnd();
+  if (!cut) g_in.cutPending = false;  // the line end is taken
   return s;
 }
 
@@ -218,6 +221,7 @@ std::string ReadWord(size_t maxBytes) {
     s.push_back(c);
     ++g_in.pos;
   }
+  g_in.cutPending = true;  // the rest of the line, its line end at least
   return s;
 }
 
@@ -225,7 +229,7 @@ std::optional<std::string> ReadLineForIn(size_t maxBytes, bool& cut) {
   Flush();
   bool got = false;
   std::string s = g_in.Line(maxBytes, got, cut);
-  if (cut) g_in.cutPending = true;
+  g_in.cutPending = cut;
   if (!got) return std::nullopt;
   return s;
 }

@@ -58,17 +58,42 @@ int RunCommand(const std::vector<std::string>& argv) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+namespace {
+
+// True when an executable of that name stands in a folder of PATH.
+bool OnPath(const std::string& name) {
+  const char* path = std::getenv("PATH");
+  if (path == nullptr) return false;
+  std::string all(path);
+  for (size_t start = 0; start <= all.size();) {
+    size_t end = all.find(':', start);
+    if (end == std::string::npos) end = all.size();
+    std::string candidate = end > start ? all.substr(start, end - start) : std::string(".");
+    candidate.push_back('/');
+    candidate.append(name);
+    if (::access(candidate.c_str(), X_OK) == 0) return true;
+    start = end + 1;
+  }
+  return false;
+}
+
+}  // namespace
+
 std::string UserEditor() {
   for (const char* name : {"VISUAL", "EDITOR"}) {
     const char* v = std::getenv(name);
     if (v && !TrimA(v).empty()) return v;
+  }
+  // A beginner should not land in vi when another editor is at hand.
+  for (const char* name : {"sensible-editor", "editor", "nano", "vi"}) {
+    if (OnPath(name)) return name;
   }
   return "vi";
 }
 
 int RunEditor(const std::string& editor, const std::string& file) {
   if (TrimA(editor).empty()) return -1;
-  return RunCommand({"sh", "-c", TrimA(editor) + " \"$1\"", "sh", file});
+  return RunCommand({"/bin/sh", "-c", TrimA(editor) + " \"$1\"", "sh", file});
 }
 
 namespace {

@@ -152,15 +152,18 @@ void ReadSettings(const std::string& path) {
   dirHolder->LastSrcFile = last;
 }
 
+// Text for the file: bytes that are no UTF-8 become U+FFFD.
+std::string ValidUtf8(const std::string& s) { return U16ToUtf8(Utf8ToU16(s)); }
+
 void WriteSettings(const std::string& path) {
   pt::ptree t;
   int lang = fileData->Lang;
   t.put("Mode.LangStr", lang == 0 ? "JPN" : "ENU");
   t.put("Mode.LangInt", lang);
-  t.put("Mode.FightFunc", fileData->ModeName);
-  t.put("Mode.TimeFuncStr", timeVcl->TimeFuncStr);
+  t.put("Mode.FightFunc", ValidUtf8(fileData->ModeName));
+  t.put("Mode.TimeFuncStr", ValidUtf8(timeVcl->TimeFuncStr));
   t.put("Mode.TimeFuncInt", timeVcl->TimeFuncInt);
-  t.put("Src.LastSrcFile", fileData->LastSrcFile.empty() ? std::string("src\\list792j.txt") : fileData->LastSrcFile);
+  t.put("Src.LastSrcFile", fileData->LastSrcFile.empty() ? std::string("src\\list792j.txt") : ValidUtf8(fileData->LastSrcFile));
   if (b->SimpleTitleIndex < 0 || b->SimpleTitleIndex > 1) b->SimpleTitleIndex = 0;
   if (b->BusyModeIndex < 0 || b->BusyModeIndex > 1) b->BusyModeIndex = 0;
   t.put("Mode.SimpleTitleIndex", b->SimpleTitleIndex);
@@ -169,7 +172,7 @@ void WriteSettings(const std::string& path) {
   // takes integers only, so the value read back is left as it was.
   t.put("Mode.SilentModeIndex", fileData->SilentFlag != 0);
   t.put("Editor.TextEditorIndex", fileData->TextEditorIndex);
-  t.put("Editor.TextEditorPath1", fileData->TextEditorPath[1]);
-  t.put("Editor.TextEditorPath2", fileData->TextEditorPath[2]);
+  t.put("Editor.TextEditorPath1", ValidUtf8(fileData->TextEditorPath[1]));
+  t.put("Editor.TextEditorPath2", ValidUtf8(fileData->TextEditorPath[2]));
   WriteTree(path, t);
 }
