@@ -67,3 +67,37 @@ TEST(E2eConsole, AnEditorIsFoundWhenNoneIsSet) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(E2eConsole, CtrlCStopsTheRunNotTheProgram) {
+  const std::string loop =
+      "MAIN    START\nLOOP    ADDA    GR1,ONE\n        JUMP    LOOP\n        RET\nONE     DC      1\n        END\n";
+  for (int lang : {1, 0}) {
+    e2e::RunSpec spec;
+    spec.ini = e2e::Ini("NWW", lang);
+    // Item 9 first: the language chosen before the run is kept at the exit.
+    spec.input = "\n9\n1\nsrc/loop\n\n123\n";
+    spec.files = {{"src/loop.txt", loop}};
+    spec.argv = {"/usr/bin/timeout", "--preserve-status", "-s", "INT", "1", DRILLASM_EXE};
+    e2e::RunResult r = e2e::run(spec);
+    EXPECT_EQ(r.status, 0) << r.out;
+    // The loop is stopped at LOOP (#0001) or at the JUMP (#0002).
+    EXPECT_TRUE(Has(r.out, lang ? "実行を中止しました（Ctrl+C）。 PR = #000" : "Runtime stop: interrupted by Ctrl+C at PR = #000"))
+        << r.out;
+    EXPECT_TRUE(Has(r.out, lang ? "--> 終了\n" : "and it has come to an end of the program\n")) << r.out;
+    EXPECT_TRUE(Has(r.files["aaResultantRegMry.txt"], "   PR:    :#000")) << r.out;
+    EXPECT_TRUE(Has(r.files["drillasm.ini"], lang ? "LangStr=JPN\n" : "LangStr=ENU\n"));
+  }
+  // Outside a run, Ctrl+C ends the program as it always did.
+  e2e::RunSpec idle;
+  idle.ini = e2e::Ini("NWW");
+  idle.argv = {"/bin/sh", "-c",
+               "sleep 3 | /usr/bin/timeout --preserve-status -s INT 1 \"$0\" > /dev/null; echo \"status=$?\"",
+               DRILLASM_EXE};
+  e2e::RunResult r = e2e::run(idle);
+  EXPECT_TRUE(Has(r.out, "status=130")) << r.out;
+  EXPECT_EQ(r.files.at("drillasm.ini"), e2e::Ini("NWW"));  // nothing written
+}
+
+}  // namespace

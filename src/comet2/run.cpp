@@ -86,6 +86,30 @@ enum class Stop : uint8_t {
 // An interrupt asked for by a signal handler, seen by a controlled run.
 volatile std::sig_atomic_t g_interrupt = 0;
 
+// Ctrl+C in the menu program's run. The loop tests nothing for it: the
+// signal handler points every entry of the running loop's table of handlers
+// at the loop's interrupt handler, so the run stops before its next
+// instruction. A second Ctrl+C in the same run, or one outside a run, ends
+// the program as it always did.
+volatile std::sig_atomic_t g_menuRunActive = 0;
+volatile std::sig_atomic_t g_menuRunInterrupted = 0;
+void** volatile g_menuRunHandlers = nullptr;
+void* volatile g_menuRunInterrupt = nullptr;
+int g_menuRunSlots = 0;
+
+void OnMenuRunInterrupt(int sig) {
+  if (g_menuRunActive == 0 || g_menuRunInterrupted != 0 || g_menuRunHandlers == nullptr) {
+    ::signal(sig, SIG_DFL);
+    ::raise(sig);
+    return;
+  }
+  g_menuRunInterrupted = 1;
+  con::StopWaitingReads();
+  void** const h = g_menuRunHandlers;
+  void* const target = g_menuRunInterrupt;
+  for (int i = 0; i < g_menuRunSlots; ++i) h[i] = target;
+}
+
 // What drives a controlled run (the loop's instantiation with kControlled):
 // a budget of instructions, a look before each one, and the state a run
 // keeps between its pieces.
@@ -525,6 +549,11 @@ __attribute__((noinline)) LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory, 
     std::fill_n(tb->handler, tb->used, notDecoded);
   }
   tb->used = 0;
+  if constexpr (!kControlled) {
+    g_menuRunSlots = DecodedTable::kSlots;
+    g_menuRunInterrupt = &&h_interrupt;
+    g_menuRunHandlers = tb->handler;
+  }
 
   // Hot state in locals; written back by Save(). The sign and zero flags
   // live in one value `fv`: Fsign is fv < 0, Fzero is fv == 0 (no
@@ -949,6 +978,14 @@ h_exit:
   stop = Stop::Exit;  // PR stays at the word
   goto done;
 
+// Ctrl+C pointed the table here: the instruction at PR was counted and is
+// not run; the next run fills the whole table afresh.
+h_interrupt: __attribute__((unused));
+  COUNT(pr) -= 1u;
+  tb->notDecoded = nullptr;
+  stop = Stop::Interrupted;
+  goto done;
+
 h_unknown:
   w = static_cast<uint32_t>(mc.Memory[pr]);
   stop = Stop::Unknown;
@@ -1026,9 +1063,18 @@ int RunComet2(Tcomet2& mc, RunVariant variant) {
                     kNarrow.storeGuard == kWide.storeGuard,
                 "the Narrow run shares the loop of the Wide run");
   const int32_t maxMemory = fig.reserveOfMachine ? mc.tMaxMemory : b->MaxMemory;
+  struct sigaction onInt {}, before {};
+  onInt.sa_handler = OnMenuRunInterrupt;  // no SA_RESTART: a waiting IN ends
+  sigemptyset(&onInt.sa_mask);
+  g_menuRunInterrupted = 0;
+  g_menuRunActive = 1;
+  ::sigaction(SIGINT, &onInt, &before);
   const auto [stop, w, stopAdr] =
       variant == RunVariant::Fixed ? RunLoop<kFixed.ceiling, kFixed.storeStop, kFixed.storeGuard>(mc, maxMemory)
                                    : RunLoop<kWide.ceiling, kWide.storeStop, kWide.storeGuard>(mc, maxMemory);
+  g_menuRunActive = 0;
+  ::sigaction(SIGINT, &before, nullptr);
+  con::StopWaitingReads(false);
 
   switch (stop) {
     case Stop::Unknown:
@@ -1061,8 +1107,16 @@ int RunComet2(Tcomet2& mc, RunVariant variant) {
     case Stop::Store:
     case Stop::Ret:
     case Stop::Exit:
-    case Stop::Paused:       // only a controlled run pauses
+      break;
     case Stop::Interrupted:
+      if (IsJ(mc)) {
+        con::out << "実行を中止しました（Ctrl+C）。 PR = " << Hex4(static_cast<uint32_t>(mc.PR)) << con::endl;
+      } else {
+        con::out << "Runtime stop: interrupted by Ctrl+C at PR = " << Hex4(static_cast<uint32_t>(mc.PR)) << "."
+                 << con::endl;
+      }
+      break;
+    case Stop::Paused:  // only a controlled run pauses
       break;
   }
   EndNormally(mc);

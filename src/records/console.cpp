@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +19,7 @@ namespace {
 std::string g_outBuf;
 std::string* g_capture = nullptr;
 bool g_discard = false;
+volatile std::sig_atomic_t g_stopWaiting = 0;
 std::string* g_frontCapture = nullptr;
 
 void WriteAll(int fd, const char* p, size_t n) {
@@ -52,7 +54,10 @@ struct Reader {
     char tmp[4096];
     for (;;) {
       ssize_t r = ::read(0, tmp, sizeof tmp);
-      if (r < 0 && errno == EINTR) continue;
+      if (r < 0 && errno == EINTR) {
+        if (g_stopWaiting != 0) return false;
+        continue;
+      }
       if (r <= 0) return false;
       buf.assign(tmp, static_cast<size_t>(r));
       return true;
@@ -247,6 +252,8 @@ void Rewind() {
 }
 
 bool IsTerminal() { return g_in.Terminal(); }
+
+void StopWaitingReads(bool stop) { g_stopWaiting = stop ? 1 : 0; }
 
 void EndProgram() {
   Flush();

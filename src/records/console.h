@@ -95,6 +95,10 @@ void Rewind();
 
 bool IsTerminal();
 
+// From a signal handler: a read that waits for input gives up, as at the end
+// of input (IN stores the count 0). StopWaitingReads(false) ends that again.
+void StopWaitingReads(bool stop = true);
+
 // Thrown when a read for a menu, a prompt or a file name meets the end of a
 // standard input that is not a terminal. `main` catches it and ends the
 // program with status 0, so nothing further is written.
