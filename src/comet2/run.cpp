@@ -99,6 +99,7 @@ int g_menuRunSlots = 0;
 
 void OnMenuRunInterrupt(int sig) {
   if (g_menuRunActive == 0 || g_menuRunInterrupted != 0 || g_menuRunHandlers == nullptr) {
+    con::RestoreTerminal();
     ::signal(sig, SIG_DFL);
     ::raise(sig);
     return;

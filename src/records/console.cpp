@@ -43,6 +43,12 @@ struct Reader {
   // IN cut, or one whose first word a read took.
   bool cutPending = false;
 
+  // On a real terminal the menu's reads are edited lines (libedit): the
+  // line, its line end appended, fills the buffer as a read would.
+  bool editing = true;   // false while IN waits: IN reads the terminal as it is
+  bool names = false;    // Tab completes file and folder names
+  std::string prompt;    // the unended text in front of the read
+
   bool Terminal() const { return fromString ? fakeTerminal : ::isatty(0) == 1; }
 
   // Makes at least one unread byte available; false at the end of input.
@@ -51,6 +57,7 @@ struct Reader {
     if (fromString) return false;
     buf.clear();
     pos = 0;
+    if (editing && ::isatty(0) == 1) return FillEdited();
     char tmp[4096];
     for (;;) {
       ssize_t r = ::read(0, tmp, sizeof tmp);
@@ -62,6 +69,24 @@ struct Reader {
       buf.assign(tmp, static_cast<size_t>(r));
       return true;
     }
+  }
+
+  bool FillEdited() {
+    static bool ready = false;
+    if (!ready) {
+      ::using_history();
+      ready = true;
+    }
+    // Tab completes names where a name is asked, and nothing elsewhere.
+    ::rl_inhibit_completion = names ? 0 : 1;
+    char* line = ::readline(prompt.c_str());
+    prompt.clear();
+    if (line == nullptr) return false;  // Ctrl+D: the end of input, cleared by the next read
+    std::string s(line);
+    std::free(line);
+    if (!s.empty()) ::add_history(s.c_str());
+    buf = s + "\n";
+    return true;
   }
 
   // Reads up to the line end or maxBytes. `got` tells whether anything at all
@@ -201,8 +226,38 @@ Stream& Stream::operator<<(double d) {
 
 Stream& Stream::operator<<(EndlT) { return *this << std::string_view("\n"); }
 
-std::string ReadLine(size_t maxBytes) {
+namespace {
+
+// Before a read: the console's text goes out. When the read will be an
+// edited line on a terminal, the text behind the last line end is its prompt
+// instead, so that the editor draws it and keeps it while the line changes.
+void FlushBeforeRead() {
+  if (g_in.editing && !g_in.fromString && g_in.pos >= g_in.buf.size() && g_capture == nullptr && !g_discard &&
+      ::isatty(0) == 1 && ::isatty(1) == 1) {
+    const size_t nl = g_outBuf.rfind('\n');
+    const size_t keep = nl == std::string::npos ? 0 : nl + 1;
+    g_in.prompt.append(g_outBuf, keep, std::string::npos);
+    g_outBuf.resize(keep);
+  }
   Flush();
+}
+
+// The terminal as IN wants it: Ctrl+Z is the end of input, not a suspend.
+struct termios g_savedTerm {};
+volatile std::sig_atomic_t g_termSaved = 0;
+
+}  // namespace
+
+void RestoreTerminal() {
+  if (g_termSaved != 0) {
+    ::tcsetattr(0, TCSANOW, &g_savedTerm);
+    g_termSaved = 0;
+  }
+}
+
+std::string ReadLine(size_t maxBytes, bool name) {
+  FlushBeforeRead();
+  g_in.names = name;
   bool got = false, cut = false;
   std::string s = g_in.Line(maxBytes, got, cut);
   if (!got) return AtEnd();
@@ -210,14 +265,16 @@ std::string ReadLine(size_t maxBytes) {
   return s;
 }
 
-std::string ReadLineSkipWs(size_t maxBytes) {
-  Flush();
+std::string ReadLineSkipWs(size_t maxBytes, bool name) {
+  FlushBeforeRead();
+  g_in.names = name;
   if (!g_in.SkipWs()) return AtEnd();
-  return ReadLine(maxBytes);
+  return ReadLine(maxBytes, name);
 }
 
 std::string ReadWord(size_t maxBytes) {
-  Flush();
+  FlushBeforeRead();
+  g_in.names = false;
   if (!g_in.SkipWs(true)) return AtEnd();
   std::string s;
   while (s.size() < maxBytes && g_in.Fill()) {
@@ -232,8 +289,21 @@ std::string ReadWord(size_t maxBytes) {
 
 std::optional<std::string> ReadLineForIn(size_t maxBytes, bool& cut) {
   Flush();
+  // IN reads the terminal as it is, with Ctrl+Z as its end of input, and the
+  // terminal is put back as it was whatever ends the read.
+  struct termios t {};
+  if (!g_in.fromString && ::isatty(0) == 1 && ::tcgetattr(0, &t) == 0) {
+    g_savedTerm = t;
+    g_termSaved = 1;
+    t.c_cc[VEOF] = 0x1A;
+    t.c_cc[VSUSP] = _POSIX_VDISABLE;
+    ::tcsetattr(0, TCSANOW, &t);
+  }
+  g_in.editing = false;
   bool got = false;
   std::string s = g_in.Line(maxBytes, got, cut);
+  g_in.editing = true;
+  RestoreTerminal();
   g_in.cutPending = cut;
   if (!got) return std::nullopt;
   return s;

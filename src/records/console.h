@@ -70,10 +70,13 @@ void SetFrontCapture(std::string* sink);
 // of a longer line stays for the next read. A CR before the line end is
 // dropped. At the end of input: ends the program on a pipe, returns "" on a
 // terminal.
-std::string ReadLine(size_t maxBytes);
+// On a terminal the line is edited (cursor keys, history of the session, and,
+// when `name` says a file or folder name is asked, Tab completion of names);
+// what the program receives is the same.
+std::string ReadLine(size_t maxBytes, bool name = false);
 
 // Skips white space (line ends included), then reads as ReadLine.
-std::string ReadLineSkipWs(size_t maxBytes);
+std::string ReadLineSkipWs(size_t maxBytes, bool name = false);
 
 // Skips blanks, then reads one blank-delimited word of at most maxBytes
 // bytes. A bare line end gives "". The line end behind the word stays unread.
@@ -94,6 +97,10 @@ std::optional<std::string> ReadCommand(const char* prompt);
 void Rewind();
 
 bool IsTerminal();
+
+// Puts the terminal back as it was before IN changed it (safe in a signal
+// handler); nothing when IN changed nothing.
+void RestoreTerminal();
 
 // From a signal handler: a read that waits for input gives up, as at the end
 // of input (IN stores the count 0). StopWaitingReads(false) ends that again.

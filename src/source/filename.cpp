@@ -73,7 +73,7 @@ bool FileExistsStr(std::string_view name) {
 
 std::string GetFilenameWithExtStr() {
   static const char* const kExt[] = {"", ".txt", ".asl", ".asm", ".cas", ".casl", ".END"};
-  std::string name = TrimFilenameStr(con::ReadLineSkipWs(246));
+  std::string name = TrimFilenameStr(con::ReadLineSkipWs(246, true));
   for (const char* ext : kExt) {
     if (std::string_view(ext) == ".END") break;
     // The extensions pile up on the name, one behind the other.
@@ -96,7 +96,7 @@ std::string GetFilenameWithExtStr() {
 
 std::string GetFilenameStrA_TPO() {
   con::Rewind();
-  std::string s = NormFilenameStr(con::ReadLine(989));
+  std::string s = NormFilenameStr(con::ReadLine(989, true));
   if (s.empty()) {
     con::out << "No Input Error!" << con::endl;
     return std::string();
