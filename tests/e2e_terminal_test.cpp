@@ -43,28 +43,45 @@ TEST(E2eTerminal, HistoryAndTabCompletionAtTheFilePrompt) {
 TEST(E2eTerminal, CtrlZEndsInAndTheTerminalIsPutBack) {
   Pty t(DRILLASM_EXE, {{"drillasm.ini", e2e::Ini("NWW")}, {"src/echo.txt", kEcho}});
   ASSERT_TRUE(t.WaitFor("Press your Enter key to go next. ")) << t.Out();
-  struct termios before {};
-  ASSERT_TRUE(t.Modes(before));
   t.Send("\r");
   ASSERT_TRUE(t.WaitFor("Input a menu number.")) << t.Out();
   t.Send("1\r");
   ASSERT_TRUE(t.WaitFor("Input a filename (with no extension).")) << t.Out();
   t.Send("src/echo\r");
   ASSERT_TRUE(t.WaitFor("at the end of your input. ")) << t.Out();
+  usleep(300000);  // IN sets the terminal once its prompt is out
   struct termios during {};
   ASSERT_TRUE(t.Modes(during));
   EXPECT_EQ(during.c_cc[VEOF], 0x1A);
+  EXPECT_EQ(during.c_cc[VSUSP], _POSIX_VDISABLE);
   t.Send("\x1a");  // Ctrl+Z at once: the end of input, count 0
-  ASSERT_TRUE(t.WaitFor("OS: Output by a Macro Instruction of OUT. ")) << t.Out();
+  ASSERT_TRUE(t.WaitFor("OS: Output by a Macro Instruction of OUT. \r\n\r\n")) << t.Out();
   ASSERT_TRUE(t.WaitFor("Press the Enter key to go next. ")) << t.Out();
-  struct termios after {};
-  ASSERT_TRUE(t.Modes(after));
-  EXPECT_EQ(after.c_cc[VEOF], before.c_cc[VEOF]);
-  EXPECT_EQ(after.c_cc[VSUSP], before.c_cc[VSUSP]);
   t.Send("\r");
   ASSERT_TRUE(t.WaitFor("Input a menu number.")) << t.Out();
   t.Send("123\r");
   EXPECT_EQ(t.Wait(), 0) << t.Out();
+  // The program has left the terminal as it found it: Ctrl+D ends input,
+  // Ctrl+Z suspends.
+  struct termios after {};
+  ASSERT_TRUE(t.Modes(after));
+  EXPECT_EQ(after.c_cc[VEOF], 4);
+  EXPECT_EQ(after.c_cc[VSUSP], 0x1A);
+}
+
+TEST(E2eTerminal, TheJapaneseOpeningIsSeenWhileTheMachineRuns) {
+  // "COMET2 実行中 " has no line end: it must reach the terminal before the
+  // machine starts, or the learner sees nothing of an endless run.
+  Pty t(DRILLASM_EXE, {{"drillasm.ini", e2e::Ini("NWW", 0)}, {"src/loop.txt", kLoop}});
+  ASSERT_TRUE(t.WaitFor("キィを押すと次へ進む。")) << t.Out();
+  t.Send("\r");
+  ASSERT_TRUE(t.WaitFor("メニュー番号を入力してください。")) << t.Out();
+  t.Send("1\r");
+  ASSERT_TRUE(t.WaitFor("を入力してください。")) << t.Out();
+  t.Send("src/loop\r");
+  ASSERT_TRUE(t.WaitFor("COMET2 実行中 ", 5)) << t.Out();
+  t.Send("\x03");
+  ASSERT_TRUE(t.WaitFor("実行を中止しました（Ctrl+C）。")) << t.Out();
 }
 
 TEST(E2eTerminal, CtrlCStopsTheRunAndThenTheProgram) {

@@ -98,7 +98,7 @@ void* volatile g_menuRunInterrupt = nullptr;
 int g_menuRunSlots = 0;
 
 void OnMenuRunInterrupt(int sig) {
-  if (g_menuRunActive == 0 || g_menuRunInterrupted != 0 || g_menuRunHandlers == nullptr) {
+  if (g_menuRunActive == 0 || g_menuRunInterrupted != 0) {
     con::RestoreTerminal();
     ::signal(sig, SIG_DFL);
     ::raise(sig);
@@ -106,7 +106,9 @@ void OnMenuRunInterrupt(int sig) {
   }
   g_menuRunInterrupted = 1;
   con::StopWaitingReads();
+  // Before the loop has its table, it sees the flag when it starts.
   void** const h = g_menuRunHandlers;
+  if (h == nullptr) return;
   void* const target = g_menuRunInterrupt;
   for (int i = 0; i < g_menuRunSlots; ++i) h[i] = target;
 }
@@ -700,6 +702,14 @@ __attribute__((noinline)) LoopEnd RunLoop(Tcomet2& mc, const int32_t maxMemory, 
     NEXT();                                                    \
   }
 
+  if constexpr (!kControlled) {
+    if (g_menuRunInterrupted != 0) {
+      // Ctrl+C came before the table was there: no instruction runs.
+      tb->notDecoded = nullptr;
+      stop = Stop::Interrupted;
+      goto done;
+    }
+  }
   NEXT();
 
 // Not decoded yet: the dispatch has counted the address already, which the
@@ -1050,6 +1060,14 @@ done:
 
 int RunComet2(Tcomet2& mc, RunVariant variant) {
   const VariantFigures& fig = kVariants[Ix(variant)];
+  // Ctrl+C stops the run from here on, its opening included.
+  struct sigaction onInt {}, before {};
+  onInt.sa_handler = OnMenuRunInterrupt;  // no SA_RESTART: a waiting IN ends
+  sigemptyset(&onInt.sa_mask);
+  g_menuRunHandlers = nullptr;
+  g_menuRunInterrupted = 0;
+  g_menuRunActive = 1;
+  ::sigaction(SIGINT, &onInt, &before);
   SayOpening(mc, variant);
   mc.effAdr = 0;
   mc.PR = 0;
@@ -1064,16 +1082,11 @@ int RunComet2(Tcomet2& mc, RunVariant variant) {
                     kNarrow.storeGuard == kWide.storeGuard,
                 "the Narrow run shares the loop of the Wide run");
   const int32_t maxMemory = fig.reserveOfMachine ? mc.tMaxMemory : b->MaxMemory;
-  struct sigaction onInt {}, before {};
-  onInt.sa_handler = OnMenuRunInterrupt;  // no SA_RESTART: a waiting IN ends
-  sigemptyset(&onInt.sa_mask);
-  g_menuRunInterrupted = 0;
-  g_menuRunActive = 1;
-  ::sigaction(SIGINT, &onInt, &before);
   const auto [stop, w, stopAdr] =
       variant == RunVariant::Fixed ? RunLoop<kFixed.ceiling, kFixed.storeStop, kFixed.storeGuard>(mc, maxMemory)
                                    : RunLoop<kWide.ceiling, kWide.storeStop, kWide.storeGuard>(mc, maxMemory);
   g_menuRunActive = 0;
+  g_menuRunHandlers = nullptr;
   ::sigaction(SIGINT, &before, nullptr);
   con::StopWaitingReads(false);
 
