@@ -15,21 +15,22 @@ const std::string kEcho = "MAIN    START\n        IN      BUF,LEN\n        OUT  
                           "BUF     DS      256\nLEN     DS      1\n        END\n";
 const std::string kLoop = "MAIN    START\nLOOP    JUMP    LOOP\n        RET\n        END\n";
 
+// From the pause to the prompt of item 1's file name.
+bool ToFilePrompt(Pty& t, const std::string& pause) {
+  if (!t.WaitFor(pause)) return false;
+  t.Send("\r");
+  if (!t.WaitFor("Input a menu number.")) return false;
+  t.Send("1\r");
+  return t.WaitFor("Input a filename (with no extension).");
+}
+
 TEST(E2eTerminal, HistoryAndTabCompletionAtTheFilePrompt) {
   Pty t(DRILLASM_EXE, {{"drillasm.ini", e2e::Ini("NWW")}, {"src/abcdef.txt", kClean}});
-  ASSERT_TRUE(t.WaitFor("Press your Enter key to go next. ")) << t.Out();
-  t.Send("\r");
-  ASSERT_TRUE(t.WaitFor("Input a menu number.")) << t.Out();
-  t.Send("1\r");
-  ASSERT_TRUE(t.WaitFor("Input a filename (with no extension).")) << t.Out();
+  ASSERT_TRUE(ToFilePrompt(t, "Press your Enter key to go next. ")) << t.Out();
   t.Send("src/abc\t");  // completes to src/abcdef.txt
   t.Send("\r");
   ASSERT_TRUE(t.WaitFor("Successfully Assembled!")) << t.Out();
-  ASSERT_TRUE(t.WaitFor("Press the Enter key to go next. ")) << t.Out();
-  t.Send("\r");
-  ASSERT_TRUE(t.WaitFor("Input a menu number.")) << t.Out();
-  t.Send("1\r");
-  ASSERT_TRUE(t.WaitFor("Input a filename (with no extension).")) << t.Out();
+  ASSERT_TRUE(ToFilePrompt(t, "Press the Enter key to go next. ")) << t.Out();
   t.Send("\x1b[A\x1b[A\r");  // two lines back: the completed name
   ASSERT_TRUE(t.WaitFor("Successfully Assembled!")) << t.Out();
   ASSERT_TRUE(t.WaitFor("Press the Enter key to go next. ")) << t.Out();
@@ -42,11 +43,7 @@ TEST(E2eTerminal, HistoryAndTabCompletionAtTheFilePrompt) {
 
 TEST(E2eTerminal, CtrlZEndsInAndTheTerminalIsPutBack) {
   Pty t(DRILLASM_EXE, {{"drillasm.ini", e2e::Ini("NWW")}, {"src/echo.txt", kEcho}});
-  ASSERT_TRUE(t.WaitFor("Press your Enter key to go next. ")) << t.Out();
-  t.Send("\r");
-  ASSERT_TRUE(t.WaitFor("Input a menu number.")) << t.Out();
-  t.Send("1\r");
-  ASSERT_TRUE(t.WaitFor("Input a filename (with no extension).")) << t.Out();
+  ASSERT_TRUE(ToFilePrompt(t, "Press your Enter key to go next. ")) << t.Out();
   t.Send("src/echo\r");
   ASSERT_TRUE(t.WaitFor("at the end of your input. ")) << t.Out();
   usleep(300000);  // IN sets the terminal once its prompt is out
@@ -86,11 +83,7 @@ TEST(E2eTerminal, TheJapaneseOpeningIsSeenWhileTheMachineRuns) {
 
 TEST(E2eTerminal, CtrlCStopsTheRunAndThenTheProgram) {
   Pty t(DRILLASM_EXE, {{"drillasm.ini", e2e::Ini("NWW")}, {"src/loop.txt", kLoop}});
-  ASSERT_TRUE(t.WaitFor("Press your Enter key to go next. ")) << t.Out();
-  t.Send("\r");
-  ASSERT_TRUE(t.WaitFor("Input a menu number.")) << t.Out();
-  t.Send("1\r");
-  ASSERT_TRUE(t.WaitFor("Input a filename (with no extension).")) << t.Out();
+  ASSERT_TRUE(ToFilePrompt(t, "Press your Enter key to go next. ")) << t.Out();
   t.Send("src/loop\r");
   ASSERT_TRUE(t.WaitFor("The comet2 starts running")) << t.Out();
   usleep(200000);

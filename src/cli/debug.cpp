@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "cli/cli.h"
+#include "cli/input_lines.h"
 #include "cli/machine_view.h"
 #include "codegen/instr_table.h"
 #include "comet2/comet2.h"
@@ -188,7 +189,6 @@ class Session {
   // whether to stop; breakpoints and watches stop too. Then tells why.
   void Go(uint64_t steps, const std::function<bool(const Tcomet2&)>& stopHere, const std::string& reason) {
     Snapshot before = Snapshot::Before(*m);
-    int32_t regsPr = m->PR;
     std::string why = reason;
     bool first = true;
     RunEnd end = run_->Go(steps, [&](const Tcomet2& mc) {
@@ -211,7 +211,6 @@ class Session {
       if (stopHere && stopHere(mc)) return false;
       return true;
     });
-    (void)regsPr;
     if (end == RunEnd::Running) {
       Say(why + "\n");
     } else {
@@ -363,42 +362,13 @@ int Debug(const Options& o) {
     return a.readable ? kErrors : kUsage;
   }
   // IN reads --input when given, else the terminal (or the command stream).
-  std::vector<std::string> lines;
-  bool fromFile = o.inputGiven && o.input != "-";
-  if (fromFile) {
-    std::FILE* f = std::fopen(o.input.c_str(), "rb");
-    if (f == nullptr) {
-      con::PrintErr(o.input + ": error: cannot read the input file\n");
-      return kUsage;
-    }
-    std::string cur;
-    for (int ch; (ch = std::fgetc(f)) != EOF;) {
-      if (ch == '\n') {
-        if (!cur.empty() && cur.back() == '\r') cur.pop_back();
-        lines.push_back(cur);
-        cur.clear();
-      } else {
-        cur.push_back(static_cast<char>(ch));
-      }
-    }
-    if (!cur.empty()) lines.push_back(cur);
-    std::fclose(f);
+  InputLines input(o, true);
+  if (!input.Error().empty()) {
+    con::PrintErr(input.Error());
+    return kUsage;
   }
-  auto next = std::make_shared<size_t>(0);
   Session s(o, file);
-  s.input_ = [&lines, next, fromFile]() -> LineReader {
-    *next = 0;
-    if (!fromFile) {
-      return []() -> std::optional<std::string> {
-        bool cut = false;
-        return con::ReadLineForIn(256, cut);
-      };
-    }
-    return [&lines, next]() -> std::optional<std::string> {
-      if (*next >= lines.size()) return std::nullopt;
-      return lines[(*next)++];
-    };
-  };
+  s.input_ = [&input]() { return input.Reader(); };
   int status = s.Loop();
   SetMachineIO(nullptr);
   return status;

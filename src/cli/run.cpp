@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "cli/cli.h"
+#include "cli/input_lines.h"
 #include "cli/machine_view.h"
 #include "comet2/comet2.h"
 #include "comet2/control.h"
@@ -20,45 +21,6 @@ namespace cli {
 namespace {
 
 void OnInterrupt(int) { ControlledRun::RequestInterrupt(); }
-
-// The lines of --input, read once; every run reads them from the start.
-class InputLines {
- public:
-  explicit InputLines(const Options& o) {
-    if (!o.inputGiven) return;
-    std::string all;
-    if (o.input == "-") {
-      std::optional<std::string> line;
-      bool cut = false;
-      while ((line = con::ReadLineForIn(1u << 20, cut))) lines_.push_back(*line);
-      return;
-    }
-    std::ifstream f(o.input, std::ios::binary);
-    if (!f) {
-      error_ = o.input + ": error: cannot read the input file\n";
-      return;
-    }
-    std::string line;
-    while (std::getline(f, line)) {
-      if (!line.empty() && line.back() == '\r') line.pop_back();
-      lines_.push_back(line);
-    }
-  }
-  const std::string& Error() const { return error_; }
-  // A reader from the first line on.
-  std::function<std::optional<std::string>()> Reader() {
-    next_ = 0;
-    return [this]() -> std::optional<std::string> {
-      if (next_ >= lines_.size()) return std::nullopt;
-      return lines_[next_++];
-    };
-  }
-
- private:
-  std::vector<std::string> lines_;
-  size_t next_ = 0;
-  std::string error_;
-};
 
 int StatusOfEnd(RunEnd e) {
   if (e == RunEnd::End) return kOk;
@@ -141,7 +103,7 @@ nlohmann::ordered_json RunJson(const RunOutcome& r) {
 
 int Run(const Options& o) {
   const FightMode& mode = FightModeOf(o.mode);
-  InputLines input(o);
+  InputLines input(o, false);
   if (!input.Error().empty()) {
     con::PrintErr(input.Error());
     return kUsage;
@@ -171,7 +133,7 @@ int Run(const Options& o) {
 
 int Trace(const Options& o) {
   const FightMode& mode = FightModeOf(o.mode);
-  InputLines input(o);
+  InputLines input(o, false);
   if (!input.Error().empty()) {
     con::PrintErr(input.Error());
     return kUsage;
