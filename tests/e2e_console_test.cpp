@@ -87,7 +87,7 @@ TEST(E2eConsole, CtrlCStopsTheRunNotTheProgram) {
     e2e::RunResult r = e2e::run(spec);
     EXPECT_TRUE(Has(r.out, "status=0\n")) << r.out;
     // The loop is stopped at LOOP (#0001) or at the JUMP (#0002).
-    EXPECT_TRUE(Has(r.out, lang ? "実行を中止しました（Ctrl+C）。 PR = #000" : "Runtime stop: interrupted by Ctrl+C at PR = #000"))
+    EXPECT_TRUE(Has(r.out, lang ? "実行を中断しました（Ctrl+C）。 PR = #000" : "Runtime stop: interrupted by Ctrl+C at PR = #000"))
         << r.out;
     EXPECT_TRUE(Has(r.out, lang ? "--> 終了\n" : "and it has come to an end of the program\n")) << r.out;
     EXPECT_TRUE(Has(r.files["aaResultantRegMry.txt"], "   PR:    :#000")) << r.out;

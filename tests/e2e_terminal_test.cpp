@@ -78,7 +78,7 @@ TEST(E2eTerminal, TheJapaneseOpeningIsSeenWhileTheMachineRuns) {
   t.Send("src/loop\r");
   ASSERT_TRUE(t.WaitFor("COMET2 実行中 ", 5)) << t.Out();
   t.Send("\x03");
-  ASSERT_TRUE(t.WaitFor("実行を中止しました（Ctrl+C）。")) << t.Out();
+  ASSERT_TRUE(t.WaitFor("実行を中断しました（Ctrl+C）。")) << t.Out();
 }
 
 TEST(E2eTerminal, CtrlCStopsTheRunAndThenTheProgram) {

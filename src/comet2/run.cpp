@@ -1124,7 +1124,7 @@ int RunComet2(Tcomet2& mc, RunVariant variant) {
       break;
     case Stop::Interrupted:
       if (IsJ(mc)) {
-        con::out << "実行を中止しました（Ctrl+C）。 PR = " << Hex4(static_cast<uint32_t>(mc.PR)) << con::endl;
+        con::out << "実行を中断しました（Ctrl+C）。 PR = " << Hex4(static_cast<uint32_t>(mc.PR)) << con::endl;
       } else {
         con::out << "Runtime stop: interrupted by Ctrl+C at PR = " << Hex4(static_cast<uint32_t>(mc.PR)) << "."
                  << con::endl;
