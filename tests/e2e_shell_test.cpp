@@ -171,3 +171,42 @@ TEST(E2eShell, ErrorSummaryMissingFileAndWarningsMenu) {
 }
 
 }  // namespace
+
+// Item 10 opens the guide of the learner's language, looked for beside the
+// program first (installed layout, then the source tree of a build), and
+// names the folders it searched when there is none.
+TEST(E2eShell, Item10OpensTheGuideOfTheLanguage) {
+  const std::string exe = e2e::read_file(DRILLASM_EXE);
+  const std::vector<std::pair<std::string, std::string>> shows = {{"EDITOR", "printf 'GUIDE[%s]\\n'"}};
+  struct Case {
+    std::map<std::string, std::string> files;
+    int lang;
+    std::string expected;
+  };
+  const std::string inst = "share/doc/drillasm/";
+  for (const Case& c : std::vector<Case>{
+           {{{inst + "help.md", "en"}, {inst + "help.ja.md", "ja"}}, 1, "GUIDE[bin/../" + inst + "help.md]"},
+           {{{inst + "help.md", "en"}, {inst + "help.ja.md", "ja"}}, 0, "GUIDE[bin/../" + inst + "help.ja.md]"},
+           // the language's own guide from a later folder before the other language's
+           {{{inst + "help.md", "en"}, {"docs/help.ja.md", "ja"}}, 0, "GUIDE[bin/../docs/help.ja.md]"},
+           // only the other language's guide: better than none
+           {{{"docs/help.md", "en"}}, 0, "GUIDE[bin/../docs/help.md]"},
+           {{}, 1, "The guide help.md is not found. Folders searched: "},
+           {{}, 0, "ガイド help.ja.md が見つかりません。探したフォルダ: "},
+       }) {
+    e2e::RunSpec spec;
+    spec.ini = Ini("NWW", c.lang);
+    spec.input = "\n10\n\n";
+    spec.files = c.files;
+    spec.files["bin/drillasm"] = exe;
+    spec.executables = {"bin/drillasm"};
+    spec.argv = {"bin/drillasm"};
+    spec.env = shows;
+    e2e::RunResult r = e2e::run(spec);
+    EXPECT_EQ(r.status, 0) << r.out;
+    // The program's own folder is a real path; compare from "bin/" on.
+    std::string out = r.out;
+    for (size_t at; (at = out.find(r.dir + "/")) != npos;) out.erase(at, r.dir.size() + 1);
+    EXPECT_NE(out.find(c.expected), npos) << c.expected << "\n--- in ---\n" << out;
+  }
+}

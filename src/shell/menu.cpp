@@ -113,12 +113,14 @@ void ModeList() {
 }
 
 void OpenHelp(const TFileData& fd) {
-  std::string help = shell::HelpDocumentPath();
+  std::string help = shell::HelpDocumentPath(fd.IsJ());
   if (help.empty()) {
+    std::string where;
+    for (const std::string& folder : shell::HelpDocumentFolders()) where += " " + folder;
     if (fd.IsJ()) {
-      con::out << u"ヘルプ文書 docs/help.md が見つかりません。" << con::endl;
+      con::out << u"ガイド help.ja.md が見つかりません。探したフォルダ:" << where << con::endl;
     } else {
-      con::out << "The help document docs/help.md is not found." << con::endl;
+      con::out << "The guide help.md is not found. Folders searched:" << where << con::endl;
     }
     return;
   }

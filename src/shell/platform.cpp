@@ -103,19 +103,44 @@ bool IsFile(const std::string& path) {
 }
 }  // namespace
 
-std::string HelpDocumentPath() {
+namespace {
+// The folder of the running program, "" when the system does not tell.
+std::string ExeDir() {
   std::string exe(4096, '\0');
   ssize_t n = ::readlink("/proc/self/exe", exe.data(), exe.size() - 1);
-  if (n > 0) {
-    exe.resize(static_cast<size_t>(n));
-    size_t slash = exe.find_last_of('/');
-    if (slash != std::string::npos) {
-      std::string p = exe.substr(0, slash) + "/../docs/help.md";
+  if (n <= 0) return std::string();
+  exe.resize(static_cast<size_t>(n));
+  size_t slash = exe.find_last_of('/');
+  return slash == std::string::npos ? std::string() : exe.substr(0, slash);
+}
+}  // namespace
+
+std::vector<std::string> HelpDocumentFolders() {
+  std::vector<std::string> folders;
+  std::string exe = ExeDir();
+  if (!exe.empty()) {
+    folders.push_back(exe + "/../share/doc/drillasm");  // installed, wherever the prefix is
+    folders.push_back(exe + "/../docs");                // a build folder inside the source tree
+  }
+#ifdef DRILLASM_INSTALLED_DOCDIR
+  folders.push_back(DRILLASM_INSTALLED_DOCDIR);  // a program copied out of its prefix
+#endif
+  folders.push_back("docs");
+  folders.push_back(".");
+  return folders;
+}
+
+std::string HelpDocumentPath(bool japanese) {
+  const char* own = japanese ? "help.ja.md" : "help.md";
+  const char* other = japanese ? "help.md" : "help.ja.md";
+  std::vector<std::string> folders = HelpDocumentFolders();
+  // The guide of the learner's language wherever it is; the other one only
+  // when no folder has it.
+  for (const char* name : {own, other}) {
+    for (const std::string& folder : folders) {
+      std::string p = folder + "/" + name;
       if (IsFile(p)) return p;
     }
-  }
-  for (const char* p : {"docs/help.md", "help.md"}) {
-    if (IsFile(p)) return p;
   }
   return std::string();
 }

@@ -12,7 +12,8 @@ namespace shell {
 // command could not be started or ended by a signal.
 int RunCommand(const std::vector<std::string>& argv);
 
-// The user's editor: $VISUAL, else $EDITOR, else "vi".
+// The user's editor: $VISUAL, else $EDITOR, else the first of
+// sensible-editor, editor, nano and vi found on PATH.
 std::string UserEditor();
 
 // Runs `editor` on `file` as  sh -c '<editor> "$1"' sh FILE, so that the
@@ -20,8 +21,14 @@ std::string UserEditor();
 // An empty editor runs nothing.
 int RunEditor(const std::string& editor, const std::string& file);
 
-// The help document: <exe dir>/../docs/help.md, else docs/help.md or
-// help.md in the current directory; "" when none is there.
-std::string HelpDocumentPath();
+// The folders searched for the guides, in order: the installed documents
+// beside the program (<exe dir>/../share/doc/drillasm), the source tree of a
+// build (<exe dir>/../docs), the installed folder named at build time, then
+// docs/ and the current directory.
+std::vector<std::string> HelpDocumentFolders();
+
+// The guide in the learner's language (help.ja.md or help.md) from the first
+// folder that has it, else the other language's; "" when none is there.
+std::string HelpDocumentPath(bool japanese);
 
 }  // namespace shell
