@@ -6,9 +6,10 @@ MAKEFLAGS += --no-print-directory
 BUILD     := build
 ASAN      := build-asan
 JOBS      ?= 2
-APT_PKGS  := cmake g++ libboost-dev libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev libedit-dev
+APT_PKGS  := cmake g++ libboost-dev libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev libedit-dev \
+             scdoc dpkg-dev
 
-.PHONY: all deps build run test bench clean
+.PHONY: all deps configure build run test bench package clean
 
 all: build
 
@@ -25,6 +26,8 @@ deps:
 	[ -f /usr/include/CLI/CLI.hpp ] || missing="$$missing cli11"; \
 	[ -f /usr/include/nlohmann/json.hpp ] || missing="$$missing nlohmann-json"; \
 	[ -f /usr/include/editline/readline.h ] || missing="$$missing libedit"; \
+	command -v scdoc >/dev/null 2>&1 || missing="$$missing scdoc"; \
+	command -v dpkg-shlibdeps >/dev/null 2>&1 || missing="$$missing dpkg-dev"; \
 	if [ -n "$$missing" ]; then \
 	  echo "missing:$$missing"; \
 	  if [ "$$(id -u)" = 0 ]; then \
@@ -35,17 +38,26 @@ deps:
 	  fi; \
 	fi
 
-build: deps
+configure: deps
 	@if [ ! -f $(BUILD)/CMakeCache.txt ]; then \
 	  cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release; \
 	fi
+
+build: configure
 	cmake --build $(BUILD) -j$(JOBS)
 
-run: build
+# Only the program itself: the tests and benchmarks wait for `make test`.
+run: configure
+	cmake --build $(BUILD) -j$(JOBS) --target drillasm
 	cd examples && ../$(BUILD)/drillasm
+
+# The Debian package of the Release build, in $(BUILD)/package/.
+package: build
+	cd $(BUILD) && cpack -G DEB -B package
 
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j$(JOBS)
+	tests/install_check.sh $(BUILD)
 	@if [ ! -f $(ASAN)/CMakeCache.txt ]; then \
 	  cmake -S . -B $(ASAN) -DCMAKE_BUILD_TYPE=Debug -DDRILLASM_SANITIZE=ON; \
 	fi
