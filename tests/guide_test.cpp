@@ -318,7 +318,10 @@ const char* const kOtherInstructions[] = {
     "`END`", "`LABEL DC c,c,...`", "`LABEL DS n`",
 };
 
-class GuideTest : public ::testing::TestWithParam<const Language*> {
+// The name of a guide in the listing of the tests.
+void PrintTo(const Language& l, std::ostream* os) { *os << l.file; }
+
+class GuideTest : public ::testing::TestWithParam<Language> {
  protected:
   static void SetUpTestSuite() {
     english_ = new Guide(ReadGuide(kEnglish.file));
@@ -328,8 +331,8 @@ class GuideTest : public ::testing::TestWithParam<const Language*> {
     delete english_;
     delete japanese_;
   }
-  const Guide& guide() const { return GetParam()->japanese ? *japanese_ : *english_; }
-  const Language& lang() const { return *GetParam(); }
+  const Guide& guide() const { return GetParam().japanese ? *japanese_ : *english_; }
+  const Language& lang() const { return GetParam(); }
 
   static Guide* english_;
   static Guide* japanese_;
@@ -493,9 +496,9 @@ TEST_P(GuideTest, IsWrittenInItsLanguage) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Guides, GuideTest, ::testing::Values(&kEnglish, &kJapanese),
-                         [](const ::testing::TestParamInfo<const Language*>& info) {
-                           return info.param->japanese ? std::string("Japanese") : std::string("English");
+INSTANTIATE_TEST_SUITE_P(Guides, GuideTest, ::testing::Values(kEnglish, kJapanese),
+                         [](const ::testing::TestParamInfo<Language>& info) {
+                           return info.param.japanese ? std::string("Japanese") : std::string("English");
                          });
 
 // ---- the two guides together, and the manual page ---------------------------
