@@ -66,6 +66,26 @@ TEST(E2eTerminal, CtrlZEndsInAndTheTerminalIsPutBack) {
   EXPECT_EQ(after.c_cc[VSUSP], 0x1A);
 }
 
+// While IN waits, Ctrl+D is an end of input as well: behind text it hands the
+// text over without a line end, alone it ends the input.
+TEST(E2eTerminal, CtrlDEndsInToo) {
+  Pty t(DRILLASM_EXE, {{"drillasm.ini", e2e::Ini("NWW")}, {"src/echo.txt", kEcho}});
+  ASSERT_TRUE(ToFilePrompt(t, "Press your Enter key to go next. ")) << t.Out();
+  t.Send("src/echo\r");
+  ASSERT_TRUE(t.WaitFor("at the end of your input. ")) << t.Out();
+  usleep(300000);
+  t.Send("xy\x04");
+  usleep(200000);
+  t.Send("\x04");
+  ASSERT_TRUE(t.WaitFor("OS: Output by a Macro Instruction of OUT. \r\nxy\r\n")) << t.Out();
+  ASSERT_TRUE(t.WaitFor("Press the Enter key to go next. ")) << t.Out();
+  t.Send("\r");
+  ASSERT_TRUE(t.WaitFor("Input a menu number.")) << t.Out();
+  t.Send("123\r");
+  EXPECT_EQ(t.Wait(), 0) << t.Out();
+  EXPECT_EQ(t.Out().find("\x04"), std::string::npos) << t.Out();
+}
+
 TEST(E2eTerminal, TheJapaneseOpeningIsSeenWhileTheMachineRuns) {
   // "COMET2 実行中 " has no line end: it must reach the terminal before the
   // machine starts, or the learner sees nothing of an endless run.

@@ -47,6 +47,7 @@ struct Reader {
   // line, its line end appended, fills the buffer as a read would.
   bool editing = true;   // false while IN waits: IN reads the terminal as it is
   bool names = false;    // Tab completes file and folder names
+  bool ctrlDEnds = false;  // IN on a terminal: a Ctrl+D that ended the read is the end of input
   std::string prompt;    // the unended text in front of the read
 
   bool Terminal() const { return fromString ? fakeTerminal : ::isatty(0) == 1; }
@@ -66,6 +67,12 @@ struct Reader {
         continue;
       }
       if (r <= 0) return false;
+      if (ctrlDEnds && tmp[r - 1] == 0x04) {
+        // Ctrl+D ends IN's read as the terminal's own end of input would:
+        // alone it is the end, behind text it hands over the text.
+        if (r == 1) return false;
+        --r;
+      }
       buf.assign(tmp, static_cast<size_t>(r));
       return true;
     }
@@ -296,13 +303,18 @@ std::optional<std::string> ReadLineForIn(size_t maxBytes, bool& cut) {
     g_savedTerm = t;
     g_termSaved = 1;
     t.c_cc[VEOF] = 0x1A;
+    // Ctrl+D stays an end of input: it ends the read as a line end does, and
+    // the reader takes it for the end.
+    t.c_cc[VEOL] = 0x04;
     t.c_cc[VSUSP] = _POSIX_VDISABLE;
     ::tcsetattr(0, TCSANOW, &t);
+    g_in.ctrlDEnds = true;
   }
   g_in.editing = false;
   bool got = false;
   std::string s = g_in.Line(maxBytes, got, cut);
   g_in.editing = true;
+  g_in.ctrlDEnds = false;
   RestoreTerminal();
   g_in.cutPending = cut;
   if (!got) return std::nullopt;
