@@ -132,7 +132,7 @@ TEST(E2eShell, SampleRunAndTheServiceItems) {
   e2e::RunResult r = Drill(Ini(), "\n11\n\n2\n\n3\n\n55\n\n5\nsrc/x$(touch${IFS}PWNED);\n\n4\nsrc\n\n10\n\n", files,
                            {{"EDITOR", "cat -n"}});
   ExpectIn(r.out, {"Successfully Assembled! ---> aaAssembledRegMry.txt", "SUM(1..5) = 15", kLaterPause + kMenuE,
-                   "VM COMET2: aaAssembledRegMry.txt", "VM COMET2: aaResultantRegMry.txt", "     2\tPN1000  START",
+                   "VM COMET2: aaAssembledRegMry.txt", "VM COMET2: aaResultantRegMry.txt", "     1\t; pn1000 -- adds",
                    "     1\todd name", "pn1000.txt\n", "drillasm: a learner's guide"});
   EXPECT_EQ(count_occurrences(r.out, "Enter key to go next. "), 8u) << r.out;
   EXPECT_EQ(r.out.substr(0, r.out.find("drillasm: a learner's guide")).find("Error"), npos) << r.out;
