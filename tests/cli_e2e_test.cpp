@@ -156,6 +156,7 @@ TEST(CliCheck, UsageErrors) {
                                              {"check", "--format", "xml", "a.cas"},
                                              {"run", "--max-steps", "-5", "a.cas"},
                                              {"trace", "a.cas", "b.cas"},
+                                             {"run", "--reports", "no-such-folder", "a.cas"},
                                              {"frobnicate"}}) {
     e2e::RunResult r = Cli(args);
     EXPECT_EQ(r.status, 2) << r.out;

@@ -77,7 +77,8 @@ int main(int argc, char** argv) {
     c->add_option("--input", o.input, "lines that IN reads, one per IN; - is standard input");
     c->add_option("--max-steps", maxSteps, "stop a run after N instructions; 0 is no limit")
         ->check(CLI::NonNegativeNumber);
-    c->add_option("--reports", o.reports, "write the two reports of each run into this folder");
+    c->add_option("--reports", o.reports, "write the two reports of each run into this folder (it must exist)")
+        ->check(CLI::ExistingDirectory);
   };
   CLI::App* check = app.add_subcommand("check", "assemble only, print the diagnostics");
   common(check, true);
