@@ -16,23 +16,29 @@
 // line.
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cli/cli.h"
+#include "comet2/control.h"
 #include "fuzz_support.h"
 #include "records/console.h"
+#include "records/singletons.h"
 
 namespace {
 
 constexpr std::string_view kSeparator = "\n====\n";
 
-// Instructions a run may execute. An OUT writes up to 65535 characters, and
-// the text and the JSON document hold all of them.
+// Instructions a run may execute, and characters OUT may write in a run: an
+// OUT writes up to 65535 characters, and the text and the JSON document hold
+// all of them, several times over for the checks of an input.
 constexpr uint64_t kMaxSteps = 200;
+constexpr size_t kOutBudget = 16384;
 
 enum Command { kCheck, kRun, kTrace };
 
@@ -56,6 +62,44 @@ Result Do(cli::Options o, Command c, const FightMode& mode, const std::vector<st
   con::SetFrontCapture(nullptr);
   con::SetDiscard();
   return r;
+}
+
+// The lines of --input, as drillasm-cli reads them.
+std::vector<std::string> InputLines(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const size_t nl = text.find('\n');
+    std::string line(text.substr(0, nl));
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    lines.push_back(line);
+    text.remove_prefix(nl == std::string_view::npos ? text.size() : nl + 1);
+  }
+  return lines;
+}
+
+// The steps a run of `file` may take (at most kMaxSteps) so that OUT writes no
+// more than kOutBudget characters: the file is assembled and run once on its
+// own with OUT counting.
+uint64_t StepsWithin(const std::string& file, const FightMode& mode, int lang, const std::vector<std::string>& in) {
+  fuzz::Fresh(mode, lang, false);
+  const session::Assembled a = session::AssembleFile(file, mode, lang);
+  con::SetDiscard();
+  if (!a.assembled) return kMaxSteps;
+  size_t next = 0, written = 0;
+  MachineIO io;
+  io.readLine = [&]() -> std::optional<std::string> {
+    if (next >= in.size()) return std::nullopt;
+    return in[next++];
+  };
+  io.writeOut = [&](const std::u16string& text) { written += text.size() + 1; };
+  SetMachineIO(&io);
+  ControlledRun run(*m, mode.run);
+  run.Go(kMaxSteps, [&](const Tcomet2&) { return written <= kOutBudget; });
+  SetMachineIO(nullptr);
+  // Paused behind the instruction that went beyond: the steps before it (at
+  // least one, as 0 would be no limit).
+  if (written > kOutBudget) return std::max<uint64_t>(run.Steps(), 2) - 1;
+  return kMaxSteps;
 }
 
 nlohmann::json Parse(const std::string& text, const char* what) {
@@ -101,8 +145,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   o.werror = (c / 12) % 2 == 1;
   o.inputGiven = hasInput;
   o.input = hasInput ? "in.txt" : "";
-  o.maxSteps = kMaxSteps;
   o.reports = command == kRun ? "reports" : "";
+  const std::vector<std::string> lines = InputLines(hasInput ? second.rest : std::string_view());
+  o.maxSteps = StepsWithin("a.cas", mode, o.lang, lines);
+  if (command == kRun) o.maxSteps = std::min(o.maxSteps, StepsWithin("b.cas", mode, o.lang, lines));
 
   if (command == kTrace) {
     const Result j = Do(o, command, mode, {"a.cas"}, true);
