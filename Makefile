@@ -79,7 +79,7 @@ fuzz: fuzz-build
 	tests/fuzz/fuzz.sh run $(FUZZ) $(FUZZ_SECONDS) $(FUZZ_TARGETS)
 
 # The lines of src/ that the corpus (seeds, committed corpus, $(FUZZ)/corpus) reaches.
-fuzz-coverage: deps
+fuzz-coverage: fuzz-build
 	@if [ ! -f $(FUZZ_COV)/CMakeCache.txt ]; then \
 	  CXX=$(FUZZ_CXX) cmake -S . -B $(FUZZ_COV) -DCMAKE_BUILD_TYPE=Release -DDRILLASM_TESTS=OFF \
 	    -DDRILLASM_FUZZ=ON -DDRILLASM_FUZZ_COVERAGE=ON; \

@@ -13,7 +13,7 @@
 #   fuzz.sh coverage COVBUILD BUILD [TARGET...]
 #       the coverage build of the targets over every corpus (the seeds, the
 #       committed corpus and BUILD/corpus/TARGET): the lines of src/ reached,
-#       in all and by subsystem
+#       in all and by subsystem; BUILD, the fuzzing build, makes the seeds
 #   fuzz.sh seed BUILD TARGET DIR
 #       only the seeds of a target into DIR
 #
@@ -232,8 +232,7 @@ cmd_coverage() {
   [ $# -ge 2 ] || die "usage: fuzz.sh coverage COVBUILD BUILD [TARGET...]"
   local cov build
   cov=$(abs "$1")
-  build=$2
-  [ -d "$build" ] && build=$(abs "$build")
+  build=$(abs "$2")
   shift 2
   local targets=("$@")
   [ ${#targets[@]} -gt 0 ] || targets=("${all_targets[@]}")
@@ -241,11 +240,14 @@ cmd_coverage() {
   command -v $profdata >/dev/null || die "$profdata is not installed (package llvm-14)"
   rm -rf "$cov/profiles"
   mkdir -p "$cov/profiles" "$cov/logs"
-  local t objects=()
+  local t
+  for t in "${targets[@]}"; do mkdir -p "$cov/findings/$t"; done
+  local objects=()
   for t in "${targets[@]}"; do
     local bin=$cov/fuzz/fuzz_$t
     [ -x "$bin" ] || die "$bin is not built"
-    seed "$t" "$cov" "$cov/seeds/$t"
+    # The seed maker is a program of the fuzzing build.
+    seed "$t" "$build" "$cov/seeds/$t"
     local dirs
     mapfile -t dirs < <(corpus_dirs "$t" "$cov")
     [ -d "$build/corpus/$t" ] && dirs+=("$build/corpus/$t")
