@@ -131,18 +131,19 @@ corpus_dirs() {
 }
 
 # Prints the figures of a log: executions, executions per second, cov, ft,
-# the slowest input and the peak memory.
+# the corpus (inputs/size), the slowest input and the peak memory.
 figures() {
   local log=$1
-  local done_line execs rate slowest rss cov ft
+  local done_line execs rate slowest rss cov ft corp
   done_line=$(grep -E '^#[0-9]+[[:space:]]+DONE' "$log" | tail -1 || true)
   cov=$(sed -nE 's/.* cov: ([0-9]+).*/\1/p' <<<"$done_line")
   ft=$(sed -nE 's/.* ft: ([0-9]+).*/\1/p' <<<"$done_line")
+  corp=$(sed -nE 's/.* corp: ([0-9]+\/[0-9]+[a-zA-Z]*).*/\1/p' <<<"$done_line")
   execs=$(sed -nE 's/^stat::number_of_executed_units: *([0-9]+)/\1/p' "$log")
   rate=$(sed -nE 's/^stat::average_exec_per_sec: *([0-9]+)/\1/p' "$log")
   slowest=$(sed -nE 's/^stat::slowest_unit_time_sec: *([0-9]+)/\1/p' "$log")
   rss=$(sed -nE 's/^stat::peak_rss_mb: *([0-9]+)/\1/p' "$log")
-  echo "${execs:-?} ${rate:-?} ${cov:-?} ${ft:-?} ${slowest:-?} ${rss:-?}"
+  echo "${execs:-?} ${rate:-?} ${cov:-?} ${ft:-?} ${corp:-?} ${slowest:-?} ${rss:-?}"
 }
 
 # What a failed run leaves: the end of its log and the input it saved.
@@ -189,11 +190,12 @@ cmd_run() {
     rows+=("$t $(figures "$log") $(find "$build/corpus/$t" -type f | wc -l | tr -d ' ')")
   done
   echo
-  printf '%-9s %12s %8s %7s %8s %8s %8s %14s\n' target executions exec/s cov ft slowest rss-MB "new inputs"
+  echo "corpus: libFuzzer's corpus at the end (inputs/size); kept: the inputs in $build/corpus/TARGET"
+  printf '%-9s %12s %8s %7s %8s %14s %8s %7s %7s\n' target executions exec/s cov ft corpus slowest rss-MB kept
   local r
   for r in "${rows[@]}"; do
     # shellcheck disable=SC2086
-    printf '%-9s %12s %8s %7s %8s %7ss %8s %14s\n' $r
+    printf '%-9s %12s %8s %7s %8s %14s %7ss %7s %7s\n' $r
   done
   [ "$failed" = 0 ] || die "a target failed"
 }
@@ -219,7 +221,10 @@ cmd_minimize() {
     seeds=$(ls "$out" | sort)
     local opts
     mapfile -t opts < <(options "$t" "$build")
-    "$bin" "${opts[@]}" -merge=1 "$out" "$committed" "$build/corpus/$t" >"$build/logs/$t.merge.log" 2>&1 ||
+    # Edges alone decide (not how often each is taken), which keeps the
+    # corpus to a few hundred inputs.
+    "$bin" "${opts[@]}" -merge=1 -use_counters=0 "$out" "$committed" "$build/corpus/$t" \
+      >"$build/logs/$t.merge.log" 2>&1 ||
       { tail -n 20 "$build/logs/$t.merge.log" >&2; die "the merge of $t failed"; }
     (cd "$out" && comm -12 <(ls | sort) <(echo "$seeds") | xargs -r rm -f)
     find "$committed" -type f ! -name 'regress-*' -delete

@@ -1,7 +1,9 @@
 // Source bytes through the whole pass of the menu program in one of the six
 // modes: encoding detection, loading, every analysis stage behind its gate,
 // the link, the closing remarks of the pass, the assembled report, a run of
-// the image with a budget, and the resultant report.
+// the image with a budget, and the resultant report. When that run ended
+// within its budget (or the file did not link), the menu program itself then
+// takes the file through its main menu and its own pass, run included.
 //
 // Input: byte 0 chooses the mode (byte % 6), the language ((byte / 6) % 2:
 // 0 Japanese, 1 English) and whether the run is watched before each
@@ -32,6 +34,8 @@ namespace {
 constexpr uint64_t kStepBudget = 100000;
 constexpr size_t kOutBudget = 1 << 20;
 
+const char* const kFile = "src.cas";
+
 void ClosingRemarks(const session::Assembled& a, const FightMode& mode, int lang) {
   TGame game;
   game.SetLangBoth(lang);
@@ -60,6 +64,23 @@ void Report(const FightMode& mode, const std::string& name) {
   }
 }
 
+// The menu program's own pass over the file: the main menu chooses it, the
+// pass analyses, links, writes the reports and runs it (the warnings menu,
+// when there are warnings, is told to run), and the next read of the main
+// menu meets the end of the input, which ends the program.
+void MenuPass(const FightMode& mode, int lang, bool warned) {
+  fuzz::Fresh(mode, lang);
+  con::SetInputForTest(std::string("\n1\n") + kFile + "\n" + (warned ? "1\n" : ""), false);
+  TGame game;
+  try {
+    Fight(game, mode);
+  } catch (const con::InputEnded&) {
+    con::SetDiscard();
+    return;
+  }
+  fuzz::Fail("the menu program's pass did not end at the end of its input");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
@@ -72,7 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const FightMode& mode = fuzz::ModeOf(data[0]);
   const int lang = (data[0] / fuzz::kModes) % 2;
   const bool watched = (data[0] / (2 * fuzz::kModes)) % 2 == 1;
-  const std::string file = "src.cas";
+  const std::string file = kFile;
   fuzz::WriteFile(file, data + 1, size - 1);
 
   fuzz::Fresh(mode, lang, false);
@@ -85,6 +106,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   ClosingRemarks(a, mode, lang);
 
+  bool ended = false;
   if (a.assembled) {
     TDiagBase names;
     DspReportHintNW(lang, ReportKind::Assembled, names.AssembledFileName);
@@ -111,12 +133,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       } else {
         run.Go(kStepBudget);
       }
+      // The run ended on its own (RET, a stop of the machine) within the
+      // budgets, and so the menu program's run of the file ends too.
+      ended = run.End() != RunEnd::Running && run.End() != RunEnd::Interrupted;
     }
     SetMachineIO(nullptr);
     RunStatistics(*m);
     DspReportHintNW(lang, ReportKind::Resultant, names.ResultantFileName);
     Report(mode, names.ResultantFileName);
   }
+  if (!a.assembled || ended) MenuPass(mode, lang, a.warnings > 0);
   fuzz::CheckConsole();
   return 0;
 }
