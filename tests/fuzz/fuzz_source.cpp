@@ -1,9 +1,9 @@
 // Source bytes through the whole pass of the menu program in one of the six
 // modes: encoding detection, loading, every analysis stage behind its gate,
-// the link, the closing remarks of the pass, the assembled report, a run of
-// the image with a budget, and the resultant report. When that run ended
-// within its budget (or the file did not link), the menu program itself then
-// takes the file through its main menu and its own pass, run included.
+// the link, the assembled report, a run of the image with a budget, and the
+// resultant report. When that run ended within its budget (or the file did
+// not link), the menu program itself then takes the file through its main
+// menu and its own pass: the closing remarks, the warnings menu, its run.
 //
 // Input: byte 0 chooses the mode (byte % 6), the language ((byte / 6) % 2:
 // 0 Japanese, 1 English) and whether the run is watched before each
@@ -18,10 +18,8 @@
 #include "comet2/run.h"
 #include "fuzz_support.h"
 #include "records/console.h"
-#include "records/diag.h"
 #include "records/singletons.h"
 #include "records/stages.h"
-#include "reports/TimeVcl/time_vcl.h"
 #include "reports/report.h"
 #include "shell/session.h"
 #include "shell/shell.h"
@@ -32,29 +30,9 @@ namespace {
 // many characters (an OUT of a long text in a loop would otherwise take
 // seconds within the budget of steps).
 constexpr uint64_t kStepBudget = 100000;
-constexpr size_t kOutBudget = 1 << 20;
+constexpr size_t kOutBudget = 1 << 18;
 
 const char* const kFile = "src.cas";
-
-void ClosingRemarks(const session::Assembled& a, const FightMode& mode, int lang) {
-  TGame game;
-  game.SetLangBoth(lang);
-  game.ErrorKazu = a.errors;
-  game.WarningKazu = a.warnings;
-  game.NoteKazu = a.notes;
-  game.MemoKazu = a.memos;
-  if (a.errors > 0) {
-    if (mode.repeatLog) msgLog->DspMsgLog();
-    timeVcl->DspReadAssembleTime(mode.tag, mode.clockNameAfterErrors);
-    DspWarningKazuE(game, u"", 'h');
-  } else if (a.warnings > 0) {
-    if (game.IsJ()) {
-      DspWarningKazuJ(game, u"");
-    } else {
-      DspWarningKazuE(game, u"", 'f');
-    }
-  }
-}
 
 void Report(const FightMode& mode, const std::string& name) {
   if (mode.countColumn) {
@@ -104,7 +82,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (const session::Diagnostic& d : a.diagnostics) {
     if (!fuzz::IsValidUtf8(d.text)) fuzz::Fail("a diagnostic is not UTF-8");
   }
-  ClosingRemarks(a, mode, lang);
 
   bool ended = false;
   if (a.assembled) {
