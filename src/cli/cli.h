@@ -60,7 +60,7 @@ struct RunOutcome {
   RunEnd end = RunEnd::Running;
   uint64_t steps = 0;
   std::string message;  // the machine's own sentences of its stop
-  std::string output;   // what OUT wrote
+  std::string output;   // what OUT wrote (kept for JSON only)
 };
 // Runs from the start to its end or --max-steps, IN reading the lines that
 // `input()` gives from the first; `before` sees each instruction. Writes the

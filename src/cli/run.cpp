@@ -42,7 +42,9 @@ RunOutcome RunAssembled(const Options& o, const std::string& file, const std::fu
   io.writeOut = [&](const std::u16string& text) {
     std::string utf8 = U16ToUtf8(text);
     utf8 += '\n';
-    out.output += utf8;
+    // Only the JSON document shows the text again: a text run keeps none of
+    // it, so that a long run of OUT does not pile it up in memory.
+    if (o.json) out.output += utf8;
     if (!o.json && o.command == "run") con::Print(utf8);
   };
   SetMachineIO(&io);
