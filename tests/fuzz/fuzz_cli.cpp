@@ -119,11 +119,12 @@ bool EndsWith(std::string_view s, std::string_view tail) {
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
   fuzz::Initialize(argc, argv);
-  ::mkdir("reports", 0700);
   return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  fuzz::EnterScratch();
+  ::mkdir("reports", 0700);  // where run writes the reports (it exists after the first input)
   if (size == 0) return 0;
   const FightMode& mode = fuzz::ModeOf(data[0]);
   const int c = data[0] / fuzz::kModes;

@@ -66,6 +66,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  fuzz::EnterScratch();
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   Decoders(bytes);
 

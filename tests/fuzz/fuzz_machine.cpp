@@ -96,6 +96,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  fuzz::EnterScratch();
   static std::unique_ptr<Tcomet2> start = std::make_unique<Tcomet2>();
   static std::unique_ptr<Tcomet2> first = std::make_unique<Tcomet2>();
   const fuzz::MachineInput in = fuzz::ParseMachineInput(data, size);

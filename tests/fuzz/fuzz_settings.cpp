@@ -50,6 +50,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  fuzz::EnterScratch();
   if (size == 0) {
     ::unlink(kFile.c_str());
   } else {

@@ -67,6 +67,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  fuzz::EnterScratch();
   if (size == 0) return 0;
   const FightMode& mode = fuzz::ModeOf(data[0]);
   const int lang = (data[0] / fuzz::kModes) % 2;

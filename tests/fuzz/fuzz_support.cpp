@@ -55,6 +55,7 @@ std::string AbsoluteList(const std::string& cwd, const std::string& list) {
 
 void AbsoluteArguments(int* argc, char*** argv, const std::string& cwd) {
   g_args.assign(*argv, *argv + *argc);
+  bool artifactPrefix = false;
   for (size_t i = 1; i < g_args.size(); ++i) {
     std::string& a = g_args[i];
     if (a.empty()) continue;
@@ -65,12 +66,17 @@ void AbsoluteArguments(int* argc, char*** argv, const std::string& cwd) {
     for (const char* flag : kPathFlags) {
       const size_t n = std::strlen(flag);
       if (a.compare(0, n, flag) != 0) continue;
+      if (std::strcmp(flag, "-artifact_prefix=") == 0 || std::strcmp(flag, "-exact_artifact_path=") == 0)
+        artifactPrefix = true;
       const std::string value = a.substr(n);
       a = flag + (std::strcmp(flag, "-seed_inputs=") == 0 ? AbsoluteList(cwd, value) : Absolute(cwd, value));
     }
   }
+  // Findings land where the program was started, not in the scratch folder.
+  if (!artifactPrefix) g_args.push_back("-artifact_prefix=" + cwd + "/");
   g_argv.clear();
   for (std::string& a : g_args) g_argv.push_back(a.data());
+  *argc = static_cast<int>(g_args.size());
   g_argv.push_back(nullptr);
   *argv = g_argv.data();
 }
@@ -108,7 +114,7 @@ void Initialize(int* argc, char*** argv) {
   const char* tmp = std::getenv("TMPDIR");
   std::string base = tmp != nullptr && *tmp != '\0' ? tmp : ::access("/dev/shm", W_OK | X_OK) == 0 ? "/dev/shm" : "/tmp";
   std::string tmpl = base + "/drillasm-fuzz-XXXXXX";
-  if (::mkdtemp(tmpl.data()) == nullptr || ::chdir(tmpl.c_str()) != 0) {
+  if (::mkdtemp(tmpl.data()) == nullptr) {
     std::perror("drillasm fuzz: scratch folder");
     std::exit(1);
   }
@@ -119,7 +125,7 @@ void Initialize(int* argc, char*** argv) {
   ::setenv("SOURCE_DATE_EPOCH", "0", 1);
 
   // Standard output into a file that must stay empty.
-  int out = ::open("stdout.txt", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+  int out = ::open((g_scratch + "/stdout.txt").c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
   if (out < 0 || ::dup2(out, 1) < 0) {
     std::perror("drillasm fuzz: standard output");
     std::exit(1);
@@ -138,6 +144,13 @@ void Initialize(int* argc, char*** argv) {
     static const char* const kNames[kModes] = {"NWW", "WP", "AP", "NA", "NaW", "NH"};
     if (std::strcmp(ModeOf(static_cast<uint8_t>(k)).name, kNames[k]) != 0) Fail("the table of modes has changed");
   }
+}
+
+void EnterScratch() {
+  static bool inside = false;
+  if (inside) return;
+  if (::chdir(g_scratch.c_str()) != 0) Fail("cannot enter the scratch folder " + g_scratch);
+  inside = true;
 }
 
 const FightMode& ModeOf(uint8_t byte) {

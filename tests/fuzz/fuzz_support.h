@@ -16,13 +16,20 @@
 namespace fuzz {
 
 // Called from LLVMFuzzerInitialize. Makes every path argument absolute (the
-// corpus folders, -dict=, -artifact_prefix= and the like), then moves into a
-// fresh scratch folder (in TMPDIR, else /dev/shm, else /tmp), removed at
-// exit, so that the files the library writes
-// (reports, the settings file) never land beside the sources. Standard output
-// becomes a file of the scratch folder and standard input a pipe holding one
-// byte, so that CheckConsole can tell whether the library touched either.
+// corpus folders, -dict=, -artifact_prefix= and the like) and, without an
+// -artifact_prefix, sends findings to the folder the program was started in;
+// makes a fresh scratch folder (in TMPDIR, else /dev/shm, else /tmp), removed
+// at exit. Standard output becomes a file of the scratch folder and standard
+// input a pipe holding one byte, so that CheckConsole can tell whether the
+// library touched either.
 void Initialize(int* argc, char*** argv);
+
+// Called first for every input: moves into the scratch folder (once), so that
+// the files the library writes (reports, the settings file) never land beside
+// the sources. It is not done in Initialize, because libFuzzer starts the
+// program again by the name it was started with (-fork, -jobs, -merge,
+// -minimize_crash), which may be relative to the first folder.
+void EnterScratch();
 
 // Before each input: every object of the library as a fresh program has it,
 // in `mode` and language `lang` (0 Japanese, 1 English); the console's text
